@@ -1,0 +1,27 @@
+# Everything comes from the system's packages; nothing is downloaded by the build.
+find_package(Threads REQUIRED)
+find_package(ICU 70 REQUIRED COMPONENTS uc i18n)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
+
+if(VESKO_WINDOW)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick QuickControls2 DBus)
+  set(CMAKE_AUTOMOC OFF)
+endif()
+
+if(VESKO_TESTS)
+  include(GoogleTest)
+  if(VESKO_LIBCXX)
+    # The packaged GoogleTest library is built against libstdc++; its packaged sources serve the other one.
+    add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+    add_library(GTest::gmock ALIAS gmock)
+    add_library(GTest::gmock_main ALIAS gmock_main)
+  else()
+    find_package(GTest REQUIRED)
+    find_package(rapidcheck REQUIRED)
+  endif()
+endif()
+if(VESKO_BENCHMARKS)
+  find_package(benchmark REQUIRED)
+endif()
