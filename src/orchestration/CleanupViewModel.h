@@ -1,0 +1,161 @@
+#pragma once
+#include "background/NotificationDelivering.h"
+#include "base/Observation.h"
+#include "base/StringCatalog.h"
+#include "concurrency/Spawn.h"
+#include "concurrency/Task.h"
+#include "core/DiskVolume.h"
+#include "core/ProbeFingerprint.h"
+#include "core/ScanCacheStore.h"
+#include "core/ScanEngine.h"
+#include "core/ScanRecords.h"
+#include "enrichment/CleanupEnriching.h"
+#include "enrichment/CleanupReviewing.h"
+#include "enrichment/DemotedPathsStore.h"
+#include "enrichment/EnrichmentCacheHook.h"
+#include "enrichment/EnrichmentStore.h"
+#include "execution/CleanupExecuting.h"
+#include "orchestration/CleanupPhase.h"
+#include "orchestration/CleanupSectionEntry.h"
+#include "orchestration/DeletionProgress.h"
+#include "orchestration/StorageSegment.h"
+#include "orchestration/TriState.h"
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace vesko {
+
+/// What the view model stands on. Everything is kept for its life.
+struct CleanupViewModelParts {
+    TaskContext tasks; ///< the main thread's executor, the workers and the clock; its stop token is not used
+    std::shared_ptr<ScanCacheStore> scanCacheStore;
+    std::shared_ptr<EnrichmentStore> enrichmentStore;
+    std::shared_ptr<DemotedPathsStore> demotedPathsStore;
+    std::shared_ptr<const DiskVolumeReading> volumeReader;
+    std::shared_ptr<NotificationDelivering> notificationService;
+    std::shared_ptr<CleanupEnriching> enricher;
+    std::shared_ptr<CleanupReviewing> reviewer;
+    std::function<bool()> isEnrichmentAvailable = [] { return false; };
+    std::function<bool()> isReviewAvailable = [] { return false; };
+    std::shared_ptr<const CleanupExecuting> executor;      ///< a seam: kept, not consulted by the deletion
+    std::function<ScanEngine(ScanMode)> scanEngineFactory; ///< empty in the shipped program
+    const DateSource* dates = &systemDates();
+};
+
+using URLSet = std::unordered_set<FileURL>;
+
+/// The state of the Cleanup screen and everything that acts on it: scans, selection, search, deletion and the
+/// model passes. One object for the life of the program, on the main thread; what blocks runs on workers and
+/// is awaited.
+///
+/// Fields that screens watch are Observed: every change is told through `changes`, in the middle of an
+/// operation too, so a listener only notes that something changed and reads on the next turn of the loop.
+class CleanupViewModel : public std::enable_shared_from_this<CleanupViewModel> {
+public:
+    /// Takes up what the last run left: clears the demoted paths, fills itself from the scan cache, loads the
+    /// enrichment cache, seeds names and selects what is safe. A development host starts empty.
+    explicit CleanupViewModel(CleanupViewModelParts parts);
+    ~CleanupViewModel();
+    CleanupViewModel(const CleanupViewModel&) = delete;
+    CleanupViewModel& operator=(const CleanupViewModel&) = delete;
+
+    ChangeSource changes;
+
+    // What the screen shows.
+    Observed<std::vector<CleanupGroup>> groups{changes};
+    Observed<std::int64_t> foundTotalBytes{changes};
+    Observed<std::int64_t> indexedBytes{changes};
+    Observed<std::string> searchText{changes};
+    Observed<CleanupPhase> phase{changes};
+    Observed<std::optional<Date>> lastScanDate{changes};
+    Observed<std::optional<Date>> lastCleanupDate{changes};
+    Observed<std::optional<std::int64_t>> lastCleanupFreedBytes{changes};
+    Observed<std::optional<std::string>> cleanupMessage{changes};
+    Observed<ScanPhase> scanPhase{changes};
+    Observed<std::optional<ScanProgress>> scanProgress{changes};
+    Observed<bool> scanWasPartial{changes};
+    Observed<std::optional<std::string>> reviewMessage{changes};
+    Observed<URLSet> aiDiscoveredURLs{changes};
+    Observed<std::unordered_set<EnrichmentKey>> analyzingKeys{changes};
+    Observed<URLSet> selectedItemIDs{changes};
+    Observed<URLSet> userOverriddenIDs{changes};
+    Observed<bool> didHydrateFromScanCache{changes};
+    Observed<std::optional<std::string>> scrollToLargestGroupTrigger{changes}; ///< a UUID
+    Observed<bool> scrollToLargestGroupPending{changes};
+    Observed<std::optional<std::string>> pendingConsultantCategoryID{changes};
+    Observed<std::optional<std::string>> scrollToConsultantCategoryTrigger{changes}; ///< a UUID
+    Observed<bool> scrollToConsultantCategoryPending{changes};
+    Observed<bool> isEnriching{changes};
+    Observed<bool> isReviewing{changes};
+    Observed<std::vector<ScanReviewCandidate>> pendingReviewCandidates{changes};
+    /// Present only while `phase` is cleaning.
+    Observed<std::optional<DeletionProgress>> deletionProgress{changes};
+
+    // Scans.
+    /// Returns when the scan's task has ended; returns at once while a scan or a deletion runs.
+    Task<void> startScan(ScanMode mode);
+    /// Stops the running scan; what was found stays.
+    void cancelScan();
+    std::int64_t recoverableBytes() const;
+    /// The group with the largest sum; the first of equals; absent without groups.
+    std::optional<std::string> largestGroupID() const;
+    /// Whether a model pass still works on verdicts.
+    bool isAIBusy() const;
+
+    // Selection and search.
+    void applyDefaultSelection();
+    void applyDefaultSelectionToNewGroups();
+    void reapplySelection(const std::unordered_set<EnrichmentKey>& keys);
+    void setSelected(bool isSelected, const ScannableItem& item);
+    TriState selectionState(const ItemList& items) const;
+    TriState selectionState(const std::vector<ScannableItem>& items) const;
+    void toggleGroup(const CleanupGroup& group);
+    void toggleSection(const CleanupSection& section);
+    std::vector<ScannableItem> sectionItems(const CleanupSection& section) const;
+    std::vector<CleanupGroup> filteredGroups() const;
+    std::vector<CleanupSectionEntry> cleanupSections() const;
+    std::optional<std::string> firstGroupIDOfSection(std::string_view sectionID) const;
+    std::optional<std::string> firstGroupIDOfCategory(std::string_view consultantCategoryID) const;
+    std::vector<StorageSegment> sectionSegments() const;
+    std::int64_t selectedBytes() const;
+    std::int64_t selectedCount() const;
+    /// Groups with at least one selected item, each cut down to those items.
+    std::vector<CleanupGroup> selectedGroups() const;
+    std::int64_t selectedGroupCount() const;
+
+    // Names and verdicts.
+    std::string displayTitle(const CleanupGroup& group) const;
+    std::string itemTitle(const ScannableItem& item, const CleanupGroup& group) const;
+    ResolvedEnrichment resolve(const ScannableItem& item, const CleanupGroup* group) const;
+    ResolvedEnrichment resolveGroup(const CleanupGroup& group) const;
+
+    // Deletion.
+    /// Deletes what is selected, or of that only what `onlyItems` holds, item after item.
+    Task<void> deleteSelected(std::optional<URLSet> onlyItems = std::nullopt);
+
+    // Model passes.
+    void startEnrichment();
+    void stopEnrichment();
+    void startReview();
+    void stopReview();
+    void clearReviewMessage();
+
+    /// Decides which notifications a finished scan raises. Decides nothing yet.
+    Task<void> evaluateAlerts();
+
+    /// Asks the Cleanup screen to scroll to a category's first group.
+    void requestScrollToCategory(std::string categoryID);
+
+    EnrichmentStore& enrichmentStore() const { return *parts_.enrichmentStore; }
+    const TaskContext& tasks() const { return parts_.tasks; }
+
+    // Further private members follow.
+};
+
+} // namespace vesko
