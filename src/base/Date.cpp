@@ -51,15 +51,14 @@ std::optional<std::int64_t> zoneOffset(std::string_view text) {
 
 class SystemDates final : public DateSource {
 public:
-    Date now() const override {
-        return std::chrono::floor<Microseconds>(std::chrono::system_clock::now());
-    }
+    Date now() const override { return std::chrono::floor<Microseconds>(std::chrono::system_clock::now()); }
 };
 
 } // namespace
 
 double secondsBetween(Date earlier, Date later) noexcept {
-    // The distance of two signed counts always fits the unsigned type, their difference need not fit the signed.
+    // The distance of two signed counts always fits the unsigned type, their difference need not fit the
+    // signed.
     const auto from = earlier.time_since_epoch().count();
     const auto to = later.time_since_epoch().count();
     const auto distance = [](std::int64_t low, std::int64_t high) {
@@ -82,8 +81,8 @@ Date dateFromUnixSeconds(std::int64_t seconds, std::int64_t nanoseconds) noexcep
 }
 
 std::string iso8601(Date date) {
-    const std::int64_t seconds =
-        std::clamp(floorDivide(date.time_since_epoch().count(), microsecondsInSecond), firstSecond, lastSecond);
+    const std::int64_t seconds = std::clamp(
+        floorDivide(date.time_since_epoch().count(), microsecondsInSecond), firstSecond, lastSecond);
     const std::int64_t day = floorDivide(seconds, secondsInDay);
     const std::int64_t second = seconds - day * secondsInDay;
     const std::chrono::year_month_day civil{std::chrono::sys_days(std::chrono::days(day))};

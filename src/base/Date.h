@@ -18,7 +18,8 @@ double secondsBetween(Date earlier, Date later) noexcept;
 /// `seconds` and `nanoseconds` since 1970-01-01T00:00:00Z, clamped to what Date can hold.
 Date dateFromUnixSeconds(std::int64_t seconds, std::int64_t nanoseconds = 0) noexcept;
 
-/// "2026-11-21T10:15:00Z": ISO 8601 in UTC with whole seconds, rounded down.
+/// "2026-11-21T10:15:00Z": ISO 8601 in UTC with whole seconds, rounded down. A date before the year
+/// 0000 or after 9999 is written as the first or last second of those years, so that it can be read again.
 std::string iso8601(Date date);
 /// Reads exactly that form (years 0000 to 9999, and a numeric offset in the place of "Z" is read too);
 /// anything else gives nothing.

@@ -31,10 +31,11 @@ std::optional<std::vector<FileURL>> directChildren(const FileURL& folder, Hidden
 /// The file's bytes; nothing when it can't be read, is no regular file, or is longer than `limit` bytes.
 std::optional<std::string> readFile(const FileURL& url, std::uint64_t limit);
 
-/// Creates the folder with everything above it; an existing one is success.
+/// Creates the folder with everything above it, for this user alone; an existing one is success.
 std::error_code createFolders(const FileURL& folder);
 /// Replaces the file in one step: a temporary file in the same folder, its length checked, flushed, renamed,
-/// the folder flushed. On failure the old file is as it was and nothing is left over.
+/// the folder flushed. On failure the old file is as it was and nothing is left over. The new file is
+/// readable by this user alone; a link at the path is replaced, not followed.
 std::error_code replaceFile(const FileURL& url, std::string_view bytes);
 /// Takes away temporary files that a replaceFile of an earlier process left beside `url` when it was killed.
 void removeReplacementLitter(const FileURL& url);

@@ -74,9 +74,12 @@ std::string standardizedPath(std::string_view path) {
         const std::string_view part = path.substr(0, slash);
         path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
         if (part.empty() || part == ".") continue;
-        if (part != "..") parts.push_back(part);
-        else if (!parts.empty() && parts.back() != "..") parts.pop_back();
-        else if (!absolute) parts.push_back(part);
+        if (part != "..")
+            parts.push_back(part);
+        else if (!parts.empty() && parts.back() != "..")
+            parts.pop_back();
+        else if (!absolute)
+            parts.push_back(part);
     }
     std::string clean = absolute ? "/" : "";
     for (const std::string_view part : parts) {
@@ -113,8 +116,10 @@ std::string escapedForDisplay(std::string_view bytes) {
     while (!bytes.empty()) {
         const std::size_t length = sequenceLength(bytes);
         const std::string_view sequence = bytes.substr(0, length == 0 ? 1 : length);
-        if (length == 0 || isControl(sequence)) appendEscaped(text, sequence);
-        else text += sequence;
+        if (length == 0 || isControl(sequence))
+            appendEscaped(text, sequence);
+        else
+            text += sequence;
         bytes.remove_prefix(sequence.size());
     }
     return text;

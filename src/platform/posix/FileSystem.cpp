@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
+#include <utility>
 
 #ifdef __APPLE__
 #include <sys/mount.h>
@@ -42,8 +43,8 @@ private:
 
 std::error_code lastError() noexcept { return {errno, std::generic_category()}; }
 
-/// The path for a system call. A path with a NUL inside names no file, and handing on the part before it would
-/// name another one.
+/// The path for a system call. A path with a NUL inside names no file, and handing on the part before it
+/// would name another one.
 const char* systemPath(const FileURL& url) noexcept {
     const std::string& path = url.path();
     if (path.empty() || path.find('\0') != std::string::npos) {
@@ -174,7 +175,8 @@ std::error_code writeAll(int descriptor, std::string_view bytes) {
     }
     struct stat status{};
     if (::fstat(descriptor, &status) != 0) return lastError();
-    if (static_cast<std::uint64_t>(status.st_size) != length) return std::make_error_code(std::errc::io_error);
+    if (static_cast<std::uint64_t>(status.st_size) != length)
+        return std::make_error_code(std::errc::io_error);
     while (::fsync(descriptor) != 0)
         if (errno != EINTR) return lastError();
     return {};

@@ -1,0 +1,31 @@
+#pragma once
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace vesko::testing {
+
+/// Sets or unsets an environment variable until the end of the scope.
+class ScopedEnvironment {
+public:
+    ScopedEnvironment(std::string name, std::optional<std::string> value) : name_(std::move(name)) {
+        if (const char* before = std::getenv(name_.c_str())) before_ = before;
+        put(value);
+    }
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+    ~ScopedEnvironment() { put(before_); }
+
+private:
+    void put(const std::optional<std::string>& value) const {
+        if (value)
+            ::setenv(name_.c_str(), value->c_str(), 1);
+        else
+            ::unsetenv(name_.c_str());
+    }
+
+    std::string name_;
+    std::optional<std::string> before_;
+};
+
+} // namespace vesko::testing
