@@ -1,7 +1,9 @@
 # vesko_python_tests(FILE [LABELS ...] [TIMEOUT seconds] [PROCESSORS n] [ENVIRONMENT NAME=VALUE ...])
 # Makes each test method of a unittest module known to ctest as "Class.method", so that one that is skipped is
 # counted as skipped, with its reason.
-find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
+# The system's own interpreter comes first: the bindings of the accessibility bus are packaged for that one alone.
+find_program(VESKO_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
+find_program(VESKO_PYTHON python3 REQUIRED)
 
 function(vesko_python_tests FILE)
   cmake_parse_arguments(ARG "" "TIMEOUT;PROCESSORS" "LABELS;ENVIRONMENT" ${ARGN})
@@ -20,9 +22,8 @@ function(vesko_python_tests FILE)
       set(class "${CMAKE_MATCH_1}")
     elseif(line MATCHES "def (test[A-Za-z0-9_]*)")
       set(name "${class}.${CMAKE_MATCH_1}")
-      # Debian's own interpreter: the bindings of the accessibility bus are installed for that one.
       add_test(NAME "${name}"
-        COMMAND "${Python3_EXECUTABLE}" -B "${CMAKE_SOURCE_DIR}/tests/support/run_python_test.py" "${path}" "${name}")
+        COMMAND "${VESKO_PYTHON}" -B "${CMAKE_SOURCE_DIR}/tests/support/run_python_test.py" "${path}" "${name}")
       set_tests_properties("${name}" PROPERTIES
         SKIP_RETURN_CODE 77 TIMEOUT "${ARG_TIMEOUT}" PROCESSORS "${ARG_PROCESSORS}"
         LABELS "${ARG_LABELS}"
