@@ -1,0 +1,49 @@
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
+// compile check on other systems; a build on macOS uses the real headers.
+#pragma once
+#include <stddef.h>
+#include <stdint.h>
+#ifdef __cplusplus
+extern "C" {
+#endif
+typedef unsigned char Boolean;
+typedef signed long CFIndex;
+typedef uint32_t CFOptionFlags32_;
+typedef unsigned long CFTypeID, CFOptionFlags, CFHashCode;
+typedef double CFTimeInterval, CFAbsoluteTime;
+typedef uint32_t CFStringEncoding;
+typedef const void* CFTypeRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFArray* CFArrayRef;
+typedef const struct __CFURL* CFURLRef;
+typedef const struct __CFNumber* CFNumberRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef struct __CFBundle* CFBundleRef;
+typedef struct __CFError* CFErrorRef;
+typedef struct { CFIndex version; const void* retain; const void* release; const void* copyDescription; const void* equal; } CFArrayCallBacks;
+extern const CFAllocatorRef kCFAllocatorDefault;
+extern const CFArrayCallBacks kCFTypeArrayCallBacks;
+enum { kCFStringEncodingUTF8 = 0x08000100 };
+typedef CFIndex CFNumberType;
+enum { kCFNumberSInt64Type = 4 };
+void CFRelease(CFTypeRef cf);
+CFTypeRef CFRetain(CFTypeRef cf);
+CFTypeID CFGetTypeID(CFTypeRef cf);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const uint8_t* bytes, CFIndex numBytes, CFStringEncoding enc, Boolean isExternal);
+Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex maxBufLen);
+CFArrayRef CFArrayCreate(CFAllocatorRef alloc, const void** values, CFIndex n, const CFArrayCallBacks* cb);
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const uint8_t* buffer, CFIndex n, Boolean isDirectory);
+Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* valueOut, CFErrorRef* error);
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* valuePtr);
+CFBundleRef CFBundleCreate(CFAllocatorRef alloc, CFURLRef bundleURL);
+CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
+Boolean CFStringGetCString(CFStringRef s, char* buf, CFIndex size, CFStringEncoding enc);
+extern const CFStringRef kCFURLVolumeTotalCapacityKey;
+extern const CFStringRef kCFURLVolumeAvailableCapacityKey;
+extern const CFStringRef kCFURLVolumeAvailableCapacityForImportantUsageKey;
+extern const CFStringRef kCFURLVolumeIsLocalKey;
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,24 @@
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
+// compile check on other systems; a build on macOS uses the real headers.
+#pragma once
+#ifdef __cplusplus
+extern "C" {
+#endif
+#ifdef __OBJC__
+@protocol OS_dispatch_queue;
+typedef id<OS_dispatch_queue> dispatch_queue_t;
+#else
+typedef struct dispatch_queue_s* dispatch_queue_t;
+#endif
+typedef void (*dispatch_function_t)(void*);
+dispatch_queue_t dispatch_queue_create(const char* label, void* attr);
+dispatch_queue_t dispatch_get_main_queue(void);
+void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
+void dispatch_sync_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
+void dispatch_release(dispatch_queue_t object);
+#ifdef __BLOCKS__
+void dispatch_async(dispatch_queue_t queue, void (^block)(void));
+#endif
+#ifdef __cplusplus
+}
+#endif

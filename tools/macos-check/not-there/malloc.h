@@ -1,0 +1,1 @@
+#error "<malloc.h> is not there on macOS"

@@ -1,0 +1,1 @@
+#error "<mntent.h> is not there on macOS"

@@ -1,0 +1,1 @@
+#error "<sys/epoll.h> is not there on macOS"

@@ -1,0 +1,1 @@
+#error "<sys/eventfd.h> is not there on macOS"

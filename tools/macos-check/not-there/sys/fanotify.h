@@ -1,0 +1,1 @@
+#error "<sys/fanotify.h> is not there on macOS"

@@ -1,0 +1,1 @@
+#error "<sys/inotify.h> is not there on macOS"

@@ -1,0 +1,1 @@
+#error "<sys/prctl.h> is not there on macOS"

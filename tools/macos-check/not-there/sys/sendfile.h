@@ -1,0 +1,1 @@
+#error "<sys/sendfile.h> is not there on macOS"

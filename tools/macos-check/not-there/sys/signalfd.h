@@ -1,0 +1,1 @@
+#error "<sys/signalfd.h> is not there on macOS"

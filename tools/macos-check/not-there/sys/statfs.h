@@ -1,0 +1,1 @@
+#error "<sys/statfs.h> is not there on macOS"

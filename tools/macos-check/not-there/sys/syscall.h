@@ -1,0 +1,1 @@
+#error "<sys/syscall.h> is not there on macOS"

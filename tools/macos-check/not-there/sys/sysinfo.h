@@ -1,0 +1,1 @@
+#error "<sys/sysinfo.h> is not there on macOS"

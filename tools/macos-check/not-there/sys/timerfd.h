@@ -1,0 +1,1 @@
+#error "<sys/timerfd.h> is not there on macOS"

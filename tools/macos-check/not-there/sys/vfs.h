@@ -1,0 +1,1 @@
+#error "<sys/vfs.h> is not there on macOS"

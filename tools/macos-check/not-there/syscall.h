@@ -1,0 +1,1 @@
+#error "<syscall.h> is not there on macOS"
