@@ -1,0 +1,14 @@
+#pragma once
+
+namespace vesko {
+
+/// Whether this process may read the person's files: on macOS the protected privacy database is readable, the
+/// one test that the system offers; on Linux the home folder can be listed and written. Asks the file system
+/// a question or two, on the main thread at the start and when the person asks again.
+bool hasFullDiskAccess() noexcept;
+
+/// Opens the place where access is given: the privacy settings on macOS, the home folder in the file manager
+/// on Linux. Does nothing when that fails.
+void openDiskAccessSettings();
+
+} // namespace vesko

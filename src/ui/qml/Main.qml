@@ -1,0 +1,39 @@
+import QtQuick
+import Vesko.Window
+
+// The main window.
+Window {
+    id: main
+
+    required property WindowModel shell
+
+    width: 1100
+    height: 760
+    minimumWidth: 900
+    minimumHeight: 600
+    visible: true
+    title: Strings.of("app.name")
+    color: Theme.background
+
+    Loader {
+        anchors.fill: parent
+        focus: true
+        sourceComponent: main.shell.hasFullDiskAccess ? screens : access
+    }
+    Component {
+        id: access
+        AccessScreen { shell: main.shell }
+    }
+    Component {
+        id: screens
+        SplitView { shell: main.shell }
+    }
+    Connections {
+        target: main.shell
+        function onRaiseRequested() {
+            main.show()
+            main.raise()
+            main.requestActivate()
+        }
+    }
+}

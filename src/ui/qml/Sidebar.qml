@@ -1,0 +1,96 @@
+import QtQuick
+import Vesko.Window
+
+// The app's name and mark, the destinations, and at the foot the free space of the volume.
+Rectangle {
+    id: sidebar
+
+    required property WindowModel shell
+
+    color: Theme.surface
+
+    Row {
+        id: brand
+        x: 20
+        y: 20
+        width: parent.width - 40
+        spacing: 10
+
+        Rectangle {
+            width: 32
+            height: 32
+            radius: 9
+            color: Theme.prominent
+            Icon {
+                anchors.centerIn: parent
+                width: 22
+                height: 22
+                name: "mark"
+                color: Theme.onProminent
+            }
+        }
+        Column {
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width - 42
+            Label {
+                width: parent.width
+                text: Strings.of("app.name")
+                font { pixelSize: Theme.section; weight: Font.Bold }
+                Accessible.role: Accessible.Heading
+            }
+            Label {
+                width: parent.width
+                visible: text !== ""
+                text: Strings.of("app.tagline")
+                color: Theme.muted
+                font.pixelSize: Theme.caption
+            }
+        }
+    }
+
+    Column {
+        anchors { top: brand.bottom; topMargin: 24; left: parent.left; right: parent.right; margins: 12 }
+        spacing: 4
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: Strings.of("app.name")
+
+        Repeater {
+            model: sidebar.shell.destinations
+            SidebarEntry {
+                required property var modelData
+                width: parent.width
+                label: Strings.of(modelData.label)
+                icon: modelData.icon
+                selected: sidebar.shell.selection === modelData.id
+                          || (sidebar.shell.selection === "" && modelData.id === "home")
+                onChosen: sidebar.shell.selection = modelData.id
+            }
+        }
+    }
+
+    Row {
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 20 }
+        visible: sidebar.shell.freeSpace !== ""
+        spacing: 8
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 16
+            height: 16
+            name: "internaldrive"
+            color: Theme.muted
+        }
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width - 24
+            text: sidebar.shell.freeSpace
+            color: Theme.muted
+            font.pixelSize: Theme.caption
+        }
+    }
+
+    Rectangle {
+        anchors { top: parent.top; bottom: parent.bottom; right: parent.right }
+        width: 1
+        color: Theme.border
+    }
+}
