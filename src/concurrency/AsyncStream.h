@@ -72,10 +72,11 @@ public:
         Next(const Next&) = delete;
         Next& operator=(const Next&) = delete;
 
-        bool await_ready() const { return state_->settled(); }
+        bool await_ready() const noexcept { return false; }
         template <class Promise> bool await_suspend(std::coroutine_handle<Promise> reader) {
             const TaskContext& context = reader.promise().context;
             auto wakeup = std::make_shared<Wakeup>(reader, *context.home);
+            if (context.stop.stopRequested()) state_->end(StreamEnd::Cancelled);
             if (!state_->wait(wakeup)) return false;
             onStop_.emplace(context.stop, [state = state_] { state->end(StreamEnd::Cancelled); });
             wakeup->arm();
@@ -111,12 +112,10 @@ private:
         void end(StreamEnd reason) {
             std::shared_ptr<Wakeup> woken;
             std::function<void(StreamEnd)> handler;
-            std::deque<T> dropped;
             {
                 std::lock_guard lock(mutex_);
                 if (end_) return;
                 end_ = reason;
-                if (reason == StreamEnd::Cancelled) dropped.swap(values_);
                 woken = std::exchange(reader_, nullptr);
                 handler = std::exchange(onTermination_, nullptr);
             }
@@ -132,13 +131,9 @@ private:
             }
             if (ended && handler) handler(*ended);
         }
-        bool settled() {
-            std::lock_guard lock(mutex_);
-            if (reader_) throw std::logic_error("a stream has one consumer");
-            return !values_.empty() || end_;
-        }
         bool wait(const std::shared_ptr<Wakeup>& wakeup) {
             std::lock_guard lock(mutex_);
+            if (reader_) throw std::logic_error("a stream has one consumer");
             if (!values_.empty() || end_) return false;
             reader_ = wakeup;
             return true;
