@@ -144,7 +144,8 @@ class StayReachable {
 public:
     bool await_ready() const noexcept { return false; }
     bool await_suspend(std::coroutine_handle<> frame) const {
-        static std::vector<std::coroutine_handle<>> frames;
+        // Never destroyed, since the leak checker looks after the statics have gone.
+        static auto& frames = *new std::vector<std::coroutine_handle<>>;
         frames.push_back(frame);
         return false;
     }
