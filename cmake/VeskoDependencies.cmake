@@ -15,8 +15,6 @@ if(VESKO_TESTS)
   if(VESKO_LIBCXX)
     # The packaged GoogleTest library is built against libstdc++; its packaged sources serve the other one.
     add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
-    add_library(GTest::gmock ALIAS gmock)
-    add_library(GTest::gmock_main ALIAS gmock_main)
   else()
     find_package(GTest REQUIRED)
     find_package(rapidcheck REQUIRED)
