@@ -2,8 +2,10 @@
 # through an include folder of its own, so an include that the link list does not allow fails to compile.
 
 add_library(vesko_options INTERFACE)
+# -Wno-deprecated-declarations: libstdc++ 12's stable_sort uses a function that the same library deprecates.
 target_compile_options(vesko_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wimplicit-fallthrough
+  -Wno-deprecated-declarations
   -fno-omit-frame-pointer)
 if(VESKO_SANITIZE STREQUAL "address")
   target_compile_options(vesko_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined)

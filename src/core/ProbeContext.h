@@ -9,7 +9,7 @@
 
 namespace vesko {
 
-class Executor;
+struct Executor;
 
 /// What a probe is given: made once a scan, the same for all its probes, only read.
 struct ProbeContext {

@@ -1,6 +1,7 @@
 #pragma once
 #include "base/Date.h"
 #include "core/CleanupGroup.h"
+#include "core/GroupMetadata.h"
 #include "core/ScanRecords.h"
 #include <string>
 #include <vector>
