@@ -1,0 +1,11 @@
+#pragma once
+#include "base/StringCatalog.h"
+
+namespace vesko {
+
+/// The language that the environment asks a program without a window for: the locale of LC_ALL, LC_MESSAGES
+/// or LANG, the first that is set, and the list in LANGUAGE, which counts only beside a locale other than "C"
+/// and "POSIX".
+Language preferredLanguage();
+
+} // namespace vesko

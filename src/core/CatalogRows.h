@@ -1,0 +1,20 @@
+#pragma once
+#include "core/GroupMetadata.h"
+#include "probes/FixedPathProbe.h"
+#include <array>
+#include <string_view>
+#include <vector>
+
+namespace vesko {
+
+/// The ids of the whole catalog, in the order in which a scan starts its probes.
+extern const std::array<std::string_view, 44> catalogOrder;
+
+/// The rows that are fixed paths, in catalog order. A row's provider follows from its id: "cache" for ids
+/// that begin so, "fixed" for the others.
+std::vector<FixedPathRow> fixedPathRows();
+
+/// What the rows of all other kinds say of their groups, in catalog order.
+std::vector<GroupMetadata> otherRowsMetadata();
+
+} // namespace vesko

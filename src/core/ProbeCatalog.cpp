@@ -1,0 +1,41 @@
+#include "core/ProbeCatalog.h"
+
+#include "base/ProgrammingError.h"
+#include "core/CatalogRows.h"
+#include "core/SignificanceEngine.h"
+#include <utility>
+
+namespace vesko {
+
+std::vector<FixedPathProbe> fixedPathProbes() {
+    std::vector<FixedPathProbe> probes;
+    for (FixedPathRow& row : fixedPathRows()) probes.emplace_back(std::move(row));
+    return probes;
+}
+
+ProbeList probeCatalog() {
+    ProbeList probes;
+    for (FixedPathProbe& probe : fixedPathProbes())
+        probes.push_back(std::make_shared<const FixedPathProbe>(std::move(probe)));
+    return probes;
+}
+
+const MetadataByID& probeMetadataByID() {
+    static const MetadataByID byID = [] {
+        std::vector<GroupMetadata> rows;
+        for (const FixedPathRow& row : fixedPathRows()) rows.push_back(row.metadata);
+        for (GroupMetadata& row : otherRowsMetadata()) rows.push_back(std::move(row));
+        rows.push_back(projectArtifactsMetadata());
+        return metadataByID(rows);
+    }();
+    return byID;
+}
+
+MetadataByID metadataByID(const std::vector<GroupMetadata>& rows) {
+    MetadataByID byID;
+    for (const GroupMetadata& row : rows)
+        if (!byID.emplace(row.id, row).second) programmingError("the catalog repeats the id " + row.id);
+    return byID;
+}
+
+} // namespace vesko

@@ -1,0 +1,26 @@
+#pragma once
+#include "base/FileURL.h"
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace vesko {
+
+/// The ways to measure one path, from the cheapest to the last resort.
+struct SizeLevels {
+    std::function<bool(const FileURL&)> exists;
+    /// Whole-tree figure, or nothing where it can't be had quickly; a file has none.
+    std::function<std::optional<std::int64_t>(const FileURL&, bool followLinks)> quick;
+    std::function<std::int64_t(const FileURL&, bool followLinks)> du;
+    /// Throws Cancelled when its task is cancelled.
+    std::function<std::int64_t(const FileURL&)> walk;
+};
+
+/// This machine's.
+const SizeLevels& platformSizeLevels();
+
+/// Asks the levels in their order: nothing there is 0; the quick figure, if there is one; what `du` says, if
+/// that is above zero; else the walk, and 0 when its task was cancelled meanwhile.
+std::int64_t sizeByLevels(const FileURL& url, bool followLinks, const SizeLevels& levels);
+
+} // namespace vesko
