@@ -115,6 +115,23 @@ TEST(QtClock, ACallbackMaySetTheNextOneAgainAndAgain) {
     EXPECT_EQ(calls.size(), 20u);
 }
 
+TEST(QtClock, CallbacksThatSetThemselvesForNowDoNotStarveTheLoop) {
+    QtClock clock;
+    bool stop = false;
+    long calls = 0;
+    std::function<void()> again = [&] {
+        ++calls;
+        // The second bound only ends a loop that is starved.
+        if (!stop && calls < 10'000'000) clock.at(clock.now(), again);
+    };
+    clock.at(clock.now(), again);
+    runFor(30ms);
+    EXPECT_GT(calls, 10);
+    EXPECT_LT(calls, 10'000'000);
+    stop = true;
+    runFor(10ms);
+}
+
 TEST(QtClock, TheFarthestInstantDoesNotRing) {
     QtClock clock;
     std::vector<int> calls;
