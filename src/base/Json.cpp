@@ -48,6 +48,7 @@ using detail::JsonNode;
 using detail::JsonNodes;
 using detail::JsonType;
 
+constexpr std::size_t longestDocument = 256 << 20;
 constexpr std::size_t mostLevels = 512;
 constexpr std::size_t mostValues = 16'000'000;
 constexpr std::size_t longestString = 1 << 20;
@@ -160,7 +161,7 @@ private:
 
 std::optional<JsonDocument> JsonDocument::parse(std::string_view bytes) noexcept {
     // Offsets into the document are kept in 32 bits, and the parser takes a NUL for the end of its input.
-    if (bytes.size() > largestStateFile || bytes.find('\0') != std::string_view::npos ||
+    if (bytes.size() > longestDocument || bytes.find('\0') != std::string_view::npos ||
         holdsTooLongString(bytes))
         return std::nullopt;
     try {

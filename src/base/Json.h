@@ -10,9 +10,6 @@
 /// nothing.
 namespace vesko {
 
-/// Longer state files count as unreadable.
-inline constexpr std::uint64_t largestStateFile = 256ull << 20;
-
 namespace detail {
 struct JsonNodes;
 }
