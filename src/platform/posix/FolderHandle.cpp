@@ -1,0 +1,85 @@
+#include "platform/posix/FolderHandle.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vesko {
+
+namespace {
+
+std::error_code lastError() noexcept { return {errno, std::system_category()}; }
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+/// The longest piece of a path that goes to the system at once; its limit is 1,024 bytes on macOS and 4,096
+/// on Linux, the closing zero included.
+constexpr std::size_t longestPiece = 1000;
+
+/// The next piece of `rest`, cut at a "/" so that it is not too long, and takes it away from `rest`. A single
+/// name that is too long by itself stays whole: the system's refusal is the right answer to it.
+std::string nextPiece(std::string_view& rest) {
+    std::size_t end = rest.size();
+    if (end > longestPiece) {
+        end = rest.rfind('/', longestPiece);
+        if (end == std::string_view::npos || end == 0) end = rest.find('/', 1);
+        if (end == std::string_view::npos) end = rest.size();
+    }
+    std::string piece(rest.substr(0, end));
+    rest.remove_prefix(end);
+    while (rest.starts_with('/')) rest.remove_prefix(1);
+    return piece;
+}
+
+} // namespace
+
+void FolderHandle::close() noexcept {
+    if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+}
+
+OpenedFolder openFolder(const std::string& path) {
+    if (!path.starts_with('/')) return std::unexpected(std::make_error_code(std::errc::invalid_argument));
+    std::string_view rest = path;
+    FolderHandle folder;
+    do {
+        const std::string piece = nextPiece(rest);
+        const int from = folder ? folder.descriptor() : AT_FDCWD;
+        const int descriptor =
+            ::openat(from, piece.c_str(), rest.empty() ? folderFlags | O_NOFOLLOW : folderFlags);
+        if (descriptor < 0) return std::unexpected(lastError());
+        folder = FolderHandle(descriptor);
+    } while (!rest.empty());
+    return folder;
+}
+
+OpenedFolder openLinkedFolder(const FolderHandle& parent, const std::string& name) {
+    const int descriptor = ::openat(parent.descriptor(), name.c_str(), folderFlags);
+    if (descriptor < 0) return std::unexpected(lastError());
+    return FolderHandle(descriptor);
+}
+
+OpenedFolder openFolderAbove(const FolderHandle& folder) {
+    const int descriptor = ::openat(folder.descriptor(), "..", folderFlags | O_NOFOLLOW);
+    if (descriptor < 0) return std::unexpected(lastError());
+    return FolderHandle(descriptor);
+}
+
+OpenedFolder openFolderBelow(const FolderHandle& root, std::string_view relativePath, Mounts mounts) {
+    OpenedFolder folder = openPieceBelow(root, ".", mounts);
+    while (folder && !relativePath.empty()) folder = openPieceBelow(*folder, nextPiece(relativePath), mounts);
+    return folder;
+}
+
+void rewindFolder(const FolderHandle& folder) noexcept { ::lseek(folder.descriptor(), 0, SEEK_SET); }
+
+std::error_code removeEntry(const FolderHandle& folder, const char* name) noexcept {
+    if (::unlinkat(folder.descriptor(), name, 0) != 0) return lastError();
+    return {};
+}
+
+std::error_code removeEmptyFolder(const FolderHandle& folder, const char* name) noexcept {
+    if (::unlinkat(folder.descriptor(), name, AT_REMOVEDIR) != 0) return lastError();
+    return {};
+}
+
+} // namespace vesko

@@ -1,0 +1,82 @@
+#include "execution/Remover.h"
+
+#include "base/Paths.h"
+#include "platform/posix/FolderHandle.h"
+#include "platform/posix/Removal.h"
+#include "platform/posix/RemovalFailureKind.h"
+#include <string>
+#include <string_view>
+
+namespace vesko {
+
+namespace {
+
+/// The path without doubled "/" and "." parts; empty when it can't name an item: relative, or with a ".."
+/// part, which by the time of the removal may lead anywhere.
+std::string plainPath(std::string_view path) {
+    if (!path.starts_with('/')) return {};
+    std::string plain;
+    while (!path.empty()) {
+        const std::size_t slash = path.find('/');
+        const std::string_view part = path.substr(0, slash);
+        path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
+        if (part.empty() || part == ".") continue;
+        if (part == "..") return {};
+        plain += '/';
+        plain += part;
+    }
+    return plain.empty() ? "/" : plain;
+}
+
+bool liesBelow(std::string_view path, std::string_view folder) {
+    if (folder == "/") return path.size() > 1;
+    return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
+/// The path after its last "/" and what is between `root` and there.
+struct Place {
+    std::string_view folder; ///< relative to the root; empty for the root itself
+    std::string name;
+};
+
+Place placeBelow(std::string_view path, std::string_view root) {
+    std::string_view relative = path.substr(root == "/" ? 1 : root.size() + 1);
+    const std::size_t slash = relative.rfind('/');
+    if (slash == std::string_view::npos) return {{}, std::string(relative)};
+    return {relative.substr(0, slash), std::string(relative.substr(slash + 1))};
+}
+
+RemovalFailure failureAt(const FileURL& url, std::error_code code) {
+    // A folder that is no folder on the way says of the item that it is not there.
+    return {url, removalFailureKind(code, {}, {}), code};
+}
+
+} // namespace
+
+std::optional<RemovalFailure> removeForGood(const FileURL& url, const RemovalProgress& progress,
+                                            const StopToken& stop) {
+    const std::string path = plainPath(url.path());
+    if (path.empty())
+        return RemovalFailure{url, RemovalFailureKind::other,
+                              std::make_error_code(std::errc::invalid_argument)};
+
+    // The home folder may be reached through links, and its last part may be one: "/." stands for its target.
+    const std::string home = plainPath(homeFolder().path());
+    OpenedFolder openHome = openFolder(home + "/.");
+    std::optional<FolderIdentity> homeIdentity;
+    if (openHome)
+        if (const AskedStatus status = folderStatus(*openHome)) homeIdentity = status->identity;
+    if (path == "/" || path == home || liesBelow(home, path))
+        return RemovalFailure{url, RemovalFailureKind::busy,
+                              std::make_error_code(std::errc::device_or_resource_busy)};
+
+    const bool isBelowHome = openHome && home != "/" && liesBelow(path, home);
+    OpenedFolder root = isBelowHome ? std::move(openHome) : openFolder("/");
+    if (!root) return failureAt(url, root.error());
+    const Place place = placeBelow(path, isBelowHome ? std::string_view(home) : std::string_view("/"));
+    OpenedFolder parent = openFolderBelow(*root, place.folder, Mounts::cross);
+    if (!parent) return failureAt(url, parent.error());
+    return Removal(path, progress, stop, homeIdentity).run(std::move(*parent), place.name);
+}
+
+} // namespace vesko

@@ -1,0 +1,14 @@
+#include "platform/posix/TreeWalker.h"
+
+#include "platform/posix/FolderNode.h"
+#include "platform/posix/TreeWalk.h"
+
+namespace vesko {
+
+std::string TreeEntry::path() const { return folder_.pathOf(name); }
+
+WalkOutcome walkTree(const FileURL& root, TreeVisitor& visitor, const TreeWalkOptions& options) {
+    return TreeWalk(visitor, options).run(root);
+}
+
+} // namespace vesko

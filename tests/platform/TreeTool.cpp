@@ -1,0 +1,57 @@
+// tree_tool size PATH [links]     prints the quick figure, or "nothing"
+// tree_tool visible PATH          prints what the last-resort walk gives
+// tree_tool remove PATH           prints "gone BYTES ENTRIES", or "KIND CODE PATH" with the path's bytes as
+// they are
+#include "core/FastDirectorySize.h"
+#include "execution/Remover.h"
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+int size(const char* path, bool followLinks) {
+    if (const auto bytes = vesko::fastDirectorySize(vesko::FileURL(path), followLinks))
+        std::printf("%lld\n", static_cast<long long>(*bytes));
+    else
+        std::puts("nothing");
+    return 0;
+}
+
+int visible(const char* path) {
+    const vesko::VisibleAllocation found = vesko::visibleAllocatedSize(vesko::FileURL(path));
+    if (const auto* bytes = std::get_if<std::int64_t>(&found))
+        std::printf("%lld\n", static_cast<long long>(*bytes));
+    else
+        std::puts(std::holds_alternative<vesko::WalkCancelled>(found) ? "cancelled" : "unreadable");
+    return 0;
+}
+
+int remove(const char* path) {
+    constexpr std::array<const char*, 8> kinds = {"notFound", "permission", "readOnly",  "mounted",
+                                                  "busy",     "changed",    "immutable", "other"};
+    std::int64_t freed = 0;
+    std::int64_t entries = 0;
+    const auto failure =
+        vesko::removeForGood(vesko::FileURL(path), [&](std::int64_t bytes, std::int64_t count) {
+            freed = bytes;
+            entries = count;
+        });
+    if (!failure) {
+        std::printf("gone %lld %lld\n", static_cast<long long>(freed), static_cast<long long>(entries));
+        return 0;
+    }
+    std::printf("%s %d %s\n", kinds[static_cast<std::size_t>(failure->kind)], failure->code.value(),
+                failure->path.path().c_str());
+    return 1;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    if (count >= 3 && std::strcmp(words[1], "size") == 0) return size(words[2], count > 3);
+    if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
+    if (count == 3 && std::strcmp(words[1], "remove") == 0) return remove(words[2]);
+    std::fputs("tree_tool size PATH [links] | visible PATH | remove PATH\n", stderr);
+    return 2;
+}
