@@ -27,7 +27,7 @@ int visible(const char* path) {
     return 0;
 }
 
-int remove(const char* path) {
+int removeItem(const char* path) {
     constexpr std::array<const char*, 8> kinds = {"notFound", "permission", "readOnly",  "mounted",
                                                   "busy",     "changed",    "immutable", "other"};
     std::int64_t freed = 0;
@@ -51,7 +51,7 @@ int remove(const char* path) {
 int main(int count, char** words) {
     if (count >= 3 && std::strcmp(words[1], "size") == 0) return size(words[2], count > 3);
     if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
-    if (count == 3 && std::strcmp(words[1], "remove") == 0) return remove(words[2]);
+    if (count == 3 && std::strcmp(words[1], "remove") == 0) return removeItem(words[2]);
     std::fputs("tree_tool size PATH [links] | visible PATH | remove PATH\n", stderr);
     return 2;
 }
