@@ -6,7 +6,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-typedef unsigned char Boolean;
+typedef unsigned char Boolean, UInt8;
 typedef signed long CFIndex;
 typedef uint32_t CFOptionFlags32_;
 typedef unsigned long CFTypeID, CFOptionFlags, CFHashCode;
@@ -31,18 +31,22 @@ enum { kCFNumberSInt64Type = 4 };
 void CFRelease(CFTypeRef cf);
 CFTypeRef CFRetain(CFTypeRef cf);
 CFTypeID CFGetTypeID(CFTypeRef cf);
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const uint8_t* bytes, CFIndex numBytes, CFStringEncoding enc, Boolean isExternal);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes, CFStringEncoding enc, Boolean isExternal);
 Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex maxBufLen);
 CFArrayRef CFArrayCreate(CFAllocatorRef alloc, const void** values, CFIndex n, const CFArrayCallBacks* cb);
-CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const uint8_t* buffer, CFIndex n, Boolean isDirectory);
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const UInt8* buffer, CFIndex n, Boolean isDirectory);
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* valueOut, CFErrorRef* error);
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* valuePtr);
 CFBundleRef CFBundleCreate(CFAllocatorRef alloc, CFURLRef bundleURL);
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
+CFIndex CFStringGetLength(CFStringRef string);
+CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
 Boolean CFStringGetCString(CFStringRef s, char* buf, CFIndex size, CFStringEncoding enc);
 extern const CFStringRef kCFURLVolumeTotalCapacityKey;
 extern const CFStringRef kCFURLVolumeAvailableCapacityKey;
 extern const CFStringRef kCFURLVolumeAvailableCapacityForImportantUsageKey;
+extern const CFStringRef kCFURLVolumeAvailableCapacityForOpportunisticUsageKey;
+extern const CFStringRef kCFURLVolumeLocalizedNameKey;
 extern const CFStringRef kCFURLVolumeIsLocalKey;
 #ifdef __cplusplus
 }
