@@ -1,9 +1,11 @@
 #include "enrichment/DisplayName.h"
-#include "base/StringCatalog.h"
+#include "support/LanguageScope.h"
 #include <gtest/gtest.h>
 
 namespace vesko {
 namespace {
+
+using testing::LanguageScope;
 
 ScannableItem itemAt(const std::string& path) {
     ScannableItem item;
@@ -15,17 +17,6 @@ ScannableItem itemAt(const std::string& path) {
 std::string nameOf(const std::string& path, std::optional<std::string> enriched = std::nullopt) {
     return displayName(itemAt(path), enriched);
 }
-
-class InLanguage {
-public:
-    explicit InLanguage(Language language) : before_(currentLanguage()) { setCurrentLanguage(language); }
-    InLanguage(const InLanguage&) = delete;
-    InLanguage& operator=(const InLanguage&) = delete;
-    ~InLanguage() { setCurrentLanguage(before_); }
-
-private:
-    Language before_;
-};
 
 TEST(DisplayName, AGenericFolderIsNamedWithTheFolderAbove) {
     EXPECT_EQ(nameOf("/Users/a/shop/node_modules"), "node_modules — shop");
@@ -42,10 +33,10 @@ TEST(DisplayName, OnlyTheExactSpellingIsGeneric) {
 TEST(DisplayName, AProjectNamedByAMachineIsCalledUnidentified) {
     const std::string path = "/Users/a/123E4567-e89b-12d3-a456-426614174000/build";
     {
-        const InLanguage english(Language::english);
+        const LanguageScope english(Language::english);
         EXPECT_EQ(nameOf(path), "build — " + catalogText("display.unidentifiedProject", Language::english));
     }
-    const InLanguage portuguese(Language::portuguese);
+    const LanguageScope portuguese(Language::portuguese);
     EXPECT_EQ(nameOf(path), "build — " + catalogText("display.unidentifiedProject", Language::portuguese));
     EXPECT_NE(catalogText("display.unidentifiedProject", Language::portuguese),
               catalogText("display.unidentifiedProject", Language::english));
