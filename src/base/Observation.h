@@ -80,6 +80,7 @@ public:
             if (value_ == value) return *this;
         }
         value_ = std::move(value);
+        ++revision_;
         source_.notify();
         return *this;
     }
@@ -87,12 +88,17 @@ public:
     /// Changes the value in place and tells the listeners once, whatever `change` did.
     template <class Change> void modify(Change change) {
         change(value_);
+        ++revision_;
         source_.notify();
     }
+
+    /// Counts the changes, so that what is worked out from the value can be kept until it changes.
+    std::uint64_t revision() const noexcept { return revision_; }
 
 private:
     ChangeSource& source_;
     Value value_;
+    std::uint64_t revision_ = 0;
 };
 
 } // namespace vesko

@@ -14,17 +14,20 @@
 #include "enrichment/DemotedPathsStore.h"
 #include "enrichment/EnrichmentCacheHook.h"
 #include "enrichment/EnrichmentStore.h"
+#include "enrichment/ReviewOutcome.h"
 #include "execution/CleanupExecuting.h"
 #include "orchestration/CleanupPhase.h"
 #include "orchestration/CleanupSectionEntry.h"
 #include "orchestration/DeletionProgress.h"
+#include "orchestration/FigureCache.h"
+#include "orchestration/GroupFigures.h"
+#include "orchestration/GroupVerdict.h"
 #include "orchestration/StorageSegment.h"
 #include "orchestration/TriState.h"
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -48,6 +51,8 @@ struct CleanupViewModelParts {
     const DateSource* dates = &systemDates();
 };
 
+class DeletionRun;
+
 using URLSet = std::unordered_set<FileURL>;
 
 /// The state of the Cleanup screen and everything that acts on it: scans, selection, search, deletion and the
@@ -56,6 +61,9 @@ using URLSet = std::unordered_set<FileURL>;
 ///
 /// Fields that screens watch are Observed: every change is told through `changes`, in the middle of an
 /// operation too, so a listener only notes that something changed and reads on the next turn of the loop.
+///
+/// Always owned by a shared pointer: a scan and a deletion keep it alive to their end, the model passes do
+/// not.
 class CleanupViewModel : public std::enable_shared_from_this<CleanupViewModel> {
 public:
     /// Takes up what the last run left: clears the demoted paths, fills itself from the scan cache, loads the
@@ -129,6 +137,14 @@ public:
     std::vector<CleanupGroup> selectedGroups() const;
     std::int64_t selectedGroupCount() const;
 
+    // What a redraw of an unchanged list costs nothing by. Each count goes up with every change.
+    std::uint64_t groupsRevision() const noexcept { return groups.revision(); }
+    std::uint64_t selectionRevision() const noexcept { return selectedItemIDs.revision(); }
+    /// Of everything that resolve() and resolveGroup() say, the texts' language aside.
+    std::uint64_t verdictRevision() const noexcept;
+    /// Sizes and selection of a group, kept until it or the selection changes.
+    GroupFigures groupFigures(const CleanupGroup& group) const;
+
     // Names and verdicts.
     std::string displayTitle(const CleanupGroup& group) const;
     std::string itemTitle(const ScannableItem& item, const CleanupGroup& group) const;
@@ -145,6 +161,9 @@ public:
     void startReview();
     void stopReview();
     void clearReviewMessage();
+    /// Moves what the patches move, then judges the list anew. Applies nothing when the task is cancelled
+    /// meanwhile.
+    Task<void> applyReviewPatches(std::vector<ReviewPatch> patches);
 
     /// Decides which notifications a finished scan raises. Decides nothing yet.
     Task<void> evaluateAlerts();
@@ -155,7 +174,84 @@ public:
     EnrichmentStore& enrichmentStore() const { return *parts_.enrichmentStore; }
     const TaskContext& tasks() const { return parts_.tasks; }
 
-    // Further private members follow.
+private:
+    /// What one scan's task goes by: after its own cancellation, or once another scan has begun, it leaves
+    /// the state alone.
+    struct ScanRun {
+        CleanupViewModel* model;
+        std::uint64_t number;
+        StopToken stop;
+
+        bool isCancelled() const { return stop.stopRequested(); }
+        bool isLatest() const { return model->lastScanRun_ == number; }
+    };
+    // Beginning.
+    bool hydrateFromScanCache();
+    void loadEnrichmentCacheOnce();
+
+    // Scans.
+    Task<void> carryOutScan(ScanMode mode, std::uint64_t number);
+    Task<void> runScan(ScanMode mode, const ScanRun& run);
+    Task<bool> takeDelta(ScanDelta delta, ScanMode mode, const ScanRun& run);
+    Task<bool> takeProbeFinished(ProbeFinished finished, const ScanRun& run);
+    Task<bool> finalizeScan(ScanReport report, ScanMode mode, const ScanRun& run);
+    void prepareForScan(ScanMode mode);
+    ScanEngine makeEngine(ScanMode mode) const;
+    void refreshFingerprints();
+    void persistScanSnapshot();
+    /// Seeds entries a few thousand items at a time, with the loop free in between; tells whether it came to
+    /// its end.
+    Task<bool> seedInSlices(std::vector<CleanupGroup> list, StopToken stop);
+
+    // Selection.
+    bool mayTouchSelection() const { return phase->kind != CleanupPhase::Kind::cleaning; }
+    bool isSafe(const ScannableItem& item, const CleanupGroup& group) const;
+    template <class Items> void setAll(bool isSelected, const Items& items);
+    template <class Items> TriState stateOf(const Items& items) const;
+    void reconsider(const std::unordered_set<EnrichmentKey>& keys, const std::vector<CleanupGroup>& list);
+    GroupFigures workOutFigures(const CleanupGroup& group) const;
+    GroupVerdict workOutVerdict(const CleanupGroup& group) const;
+
+    // Deletion.
+    Task<void> deleteItem(DeletionRun& run, const ScannableItem& item, const std::string& title);
+    void dropFromSelection(const std::vector<FileURL>& urls);
+    void applyDeleteOutcome(std::int64_t deleted, std::int64_t freedBytes,
+                            const std::vector<std::string>& errors);
+
+    // Model passes.
+    static Task<void> runEnrichment(std::weak_ptr<CleanupViewModel> model,
+                                    std::shared_ptr<CleanupEnriching> enricher,
+                                    std::vector<CleanupGroup> workList);
+    static Task<void> runReview(std::weak_ptr<CleanupViewModel> model,
+                                std::shared_ptr<CleanupReviewing> reviewer, std::vector<CleanupGroup> list,
+                                std::vector<ScanReviewCandidate> candidates);
+    void takePatch(const EnrichmentPatch& patch);
+    void scheduleEnrichmentPersist();
+    void commitReview(const ReviewOutcome& outcome, ScanReport report);
+
+    CleanupViewModelParts parts_;
+    SignificanceEngine significanceEngine_;
+    ChangeSource::Subscription enrichmentCacheClearObserver_;
+    ChangeSource::Subscription entriesObserver_;
+    std::uint64_t entriesRevision_ = 0;
+    bool didLoadEnrichmentCache_ = false;
+
+    TaskHandle<void> scanTask_;
+    TaskHandle<void> persistScanTask_;
+    TaskHandle<void> enrichmentTask_;
+    TaskHandle<void> persistTask_;
+    TaskHandle<void> reviewTask_;
+    std::uint64_t lastScanRun_ = 0;
+
+    std::unordered_set<std::string> validationPreviousGroupIDs_;
+    std::vector<CleanupGroup> validationCachedGroups_;
+    std::unordered_set<std::string> validationRanProbeIDs_;
+    ProbeFingerprints cachedProbeFingerprints_;
+    std::int64_t notificationPreviousRecoverableBytes_ = 0;
+    std::unordered_set<std::string> notificationPreviousGroupIDs_;
+
+    mutable FigureCache<GroupFigures> figures_;
+    mutable FigureCache<GroupVerdict> verdicts_;
 };
 
 } // namespace vesko
