@@ -5,7 +5,9 @@
 #include "support/LanguageScope.h"
 #include "support/ScanCacheSamples.h"
 #include "support/TempTree.h"
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace vesko {
@@ -273,6 +275,16 @@ TEST_F(ScanCacheStoreTest, ALoadAfterASaveSeesTheSaveWhateverWasPrefetched) {
         ASSERT_TRUE(loaded);
         ASSERT_EQ(loaded->foundTotalBytes, count);
     }
+}
+
+TEST_F(ScanCacheStoreTest, ASaveDropsWhatWasPrefetchedAlsoWhenTheFilesDateIsTheSame) {
+    const timespec dates[2] = {{1'000, 0}, {1'000, 0}};
+    store.save(sampleSnapshot());
+    ASSERT_EQ(::utimensat(AT_FDCWD, file.path().c_str(), dates, 0), 0);
+    store.prefetch();
+    store.save(largeSnapshot(10));
+    ASSERT_EQ(::utimensat(AT_FDCWD, file.path().c_str(), dates, 0), 0);
+    EXPECT_EQ(store.load(), largeSnapshot(10));
 }
 
 TEST_F(ScanCacheStoreTest, AFileReplacedBySomeoneElseIsReadAfresh) {

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
-#include <thread>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -146,7 +146,8 @@ TEST(ChildProcess, ManyThreadsRunChildrenAtOnce) {
         threads.emplace_back([&right, i] {
             for (int turn = 0; turn < 5; ++turn) {
                 const auto result = shell("echo " + std::to_string(i) + "; exit " + std::to_string(i));
-                if (result && result->status == i && result->standardOutput == std::to_string(i) + "\n") ++right;
+                if (result && result->status == i && result->standardOutput == std::to_string(i) + "\n")
+                    ++right;
             }
         });
     for (std::thread& thread : threads) thread.join();

@@ -1,8 +1,8 @@
 #include "core/FastDirectorySize.h"
 
 #include "concurrency/CurrentTask.h"
-#include "platform/ShellCommand.h"
 #include "platform/OddTree.h"
+#include "platform/ShellCommand.h"
 #include <gmock/gmock.h>
 
 namespace vesko {
