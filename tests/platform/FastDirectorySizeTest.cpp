@@ -3,7 +3,9 @@
 #include "concurrency/CurrentTask.h"
 #include "platform/OddTree.h"
 #include "platform/ShellCommand.h"
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace vesko {
 namespace {
@@ -17,6 +19,22 @@ TEST(FastDirectorySize, EqualsDuOnAPlainTree) {
     tree.file("a/b/two", 5'000);
     tree.folder("a/empty");
     EXPECT_THAT(fastDirectorySize(tree.url("a"), false), Optional(duBytes(tree.path("a"))));
+}
+
+/// What was not opened for long is offered for deletion; measuring must not make it look used.
+TEST(FastDirectorySize, MeasuringLeavesNoAccessDateOnTheFoldersItReads) {
+    const OddTree tree;
+    tree.file("a/b/one", 100'000);
+    const timespec longAgo[2] = {{1'000, 0}, {2'000, 0}};
+    for (const std::string& folder : {tree.path("a/b"), tree.path("a")})
+        ASSERT_EQ(::utimensat(AT_FDCWD, folder.c_str(), longAgo, 0), 0);
+    ASSERT_TRUE(fastDirectorySize(tree.url("a"), false));
+    ASSERT_TRUE(fastDirectorySize(tree.url("a"), true));
+    for (const std::string& folder : {tree.path("a"), tree.path("a/b")}) {
+        struct stat facts{};
+        ASSERT_EQ(::stat(folder.c_str(), &facts), 0);
+        EXPECT_EQ(facts.st_atim.tv_sec, 1'000) << folder;
+    }
 }
 
 TEST(FastDirectorySize, CountsAFileWithTwoNamesOnce) {

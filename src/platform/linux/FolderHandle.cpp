@@ -80,6 +80,12 @@ OpenedFolder openPieceBelow(const FolderHandle& root, const std::string& piece, 
     return openStrictly(root.descriptor(), piece.c_str(), folderFlags, resolve);
 }
 
+/// Asked for after opening, since open(2) refuses the flag outright where it may not be set.
+void keepAccessDate(const FolderHandle& folder) noexcept {
+    const int flags = ::fcntl(folder.descriptor(), F_GETFL);
+    if (flags >= 0) ::fcntl(folder.descriptor(), F_SETFL, flags | O_NOATIME);
+}
+
 AskedStatus entryStatus(const FolderHandle& folder, const char* name) noexcept {
     return ask(folder.descriptor(), name, AT_SYMLINK_NOFOLLOW);
 }

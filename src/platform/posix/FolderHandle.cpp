@@ -49,13 +49,16 @@ OpenedFolder openFolder(const std::string& path) {
         if (descriptor < 0) return std::unexpected(lastError());
         folder = FolderHandle(descriptor);
     } while (!rest.empty());
+    keepAccessDate(folder);
     return folder;
 }
 
 OpenedFolder openLinkedFolder(const FolderHandle& parent, const std::string& name) {
     const int descriptor = ::openat(parent.descriptor(), name.c_str(), folderFlags);
     if (descriptor < 0) return std::unexpected(lastError());
-    return FolderHandle(descriptor);
+    FolderHandle folder(descriptor);
+    keepAccessDate(folder);
+    return folder;
 }
 
 OpenedFolder openFolderAbove(const FolderHandle& folder) {
@@ -67,6 +70,7 @@ OpenedFolder openFolderAbove(const FolderHandle& folder) {
 OpenedFolder openFolderBelow(const FolderHandle& root, std::string_view relativePath, Mounts mounts) {
     OpenedFolder folder = openPieceBelow(root, ".", mounts);
     while (folder && !relativePath.empty()) folder = openPieceBelow(*folder, nextPiece(relativePath), mounts);
+    if (folder) keepAccessDate(*folder);
     return folder;
 }
 

@@ -44,6 +44,9 @@ OpenedFolder openLinkedFolder(const FolderHandle& parent, const std::string& nam
 /// The folder above, whatever it is by now; the caller compares its identity.
 OpenedFolder openFolderAbove(const FolderHandle& folder);
 
+/// Lets what is read through this handle leave no access date, where the system allows it: only for the
+/// owner.
+void keepAccessDate(const FolderHandle& folder) noexcept;
 /// Lets the folder be read from its beginning again.
 void rewindFolder(const FolderHandle& folder) noexcept;
 
