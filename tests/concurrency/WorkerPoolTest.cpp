@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <memory>
@@ -29,6 +30,8 @@ TEST_P(WorkerPoolBlocked, CallsDoNotKeepAnotherWaiting) {
     WorkerPool pool;
     for (int i = 0; i < GetParam(); ++i) pool.post([&] { door.pass(); });
     ASSERT_TRUE(door.awaitWaiting(GetParam()));
+    // Until nothing is under way any more that would start a worker by itself.
+    std::this_thread::sleep_for(60ms);
     std::atomic<bool> ran{false};
     pool.post([&] { ran = true; });
     EXPECT_TRUE(eventually([&] { return ran.load(); }));
@@ -88,6 +91,23 @@ TEST(WorkerPool, AnIdleWorkerIsTakenBeforeANewOneStarts) {
         std::this_thread::sleep_for(1ms);
     }
     EXPECT_LE(pool.threads(), 5u);
+}
+
+TEST(WorkerPool, OneIdleWorkerIsNotCountedOnByTwoCalls) {
+    WorkerPool pool;
+    for (int round = 0; round < 50; ++round) {
+        Door door;
+        std::atomic<int> ended{0};
+        const auto block = [&] {
+            door.pass();
+            ++ended;
+        };
+        const int calls = static_cast<int>(pool.threads()) + 2;
+        for (int i = 0; i < calls && i < 30; ++i) pool.post(block);
+        ASSERT_TRUE(door.awaitWaiting(std::min(calls, 30)));
+        door.open();
+        ASSERT_TRUE(eventually([&] { return ended == std::min(calls, 30); }));
+    }
 }
 
 TEST(WorkerPool, ItsDestructionRunsWhatWasPosted) {
