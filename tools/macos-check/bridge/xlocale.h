@@ -1,4 +1,5 @@
-// What libc++'s headers expect from Apple's C library and musl's headers do not declare. Parsed, never linked.
+// What libc++'s headers expect from Apple's C library and musl's headers do not declare. Parsed, never
+// linked.
 #pragma once
 #include <locale.h>
 #include <stdio.h>

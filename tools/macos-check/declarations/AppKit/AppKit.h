@@ -1,5 +1,5 @@
-// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
-// compile check on other systems; a build on macOS uses the real headers.
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for
+// the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <Foundation/Foundation.h>
 @interface NSWorkspace : NSObject

@@ -1,5 +1,5 @@
-// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
-// compile check on other systems; a build on macOS uses the real headers.
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for
+// the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
@@ -22,7 +22,13 @@ typedef const struct __CFBoolean* CFBooleanRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFBundle* CFBundleRef;
 typedef struct __CFError* CFErrorRef;
-typedef struct { CFIndex version; const void* retain; const void* release; const void* copyDescription; const void* equal; } CFArrayCallBacks;
+typedef struct {
+    CFIndex version;
+    const void* retain;
+    const void* release;
+    const void* copyDescription;
+    const void* equal;
+} CFArrayCallBacks;
 extern const CFAllocatorRef kCFAllocatorDefault;
 extern const CFArrayCallBacks kCFTypeArrayCallBacks;
 enum { kCFStringEncodingUTF8 = 0x08000100 };
@@ -31,10 +37,12 @@ enum { kCFNumberSInt64Type = 4 };
 void CFRelease(CFTypeRef cf);
 CFTypeRef CFRetain(CFTypeRef cf);
 CFTypeID CFGetTypeID(CFTypeRef cf);
-CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes, CFStringEncoding enc, Boolean isExternal);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes,
+                                    CFStringEncoding enc, Boolean isExternal);
 Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex maxBufLen);
 CFArrayRef CFArrayCreate(CFAllocatorRef alloc, const void** values, CFIndex n, const CFArrayCallBacks* cb);
-CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const UInt8* buffer, CFIndex n, Boolean isDirectory);
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const UInt8* buffer, CFIndex n,
+                                                 Boolean isDirectory);
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* valueOut, CFErrorRef* error);
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* valuePtr);
 CFBundleRef CFBundleCreate(CFAllocatorRef alloc, CFURLRef bundleURL);

@@ -1,5 +1,5 @@
-// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
-// compile check on other systems; a build on macOS uses the real headers.
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for
+// the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <CoreFoundation/CoreFoundation.h>
 #include <dispatch/dispatch.h>
@@ -20,7 +20,8 @@ typedef long NSInteger;
 typedef unsigned long NSUInteger;
 typedef double NSTimeInterval;
 @class NSString, NSURL, NSError, NSArray<T>, NSDictionary<K, V>, NSNumber;
-__attribute__((objc_root_class)) @interface NSObject
+__attribute__((objc_root_class))
+@interface NSObject
 + (instancetype)alloc;
 + (instancetype)new;
 - (instancetype)init;
@@ -53,7 +54,8 @@ extern NSURLResourceKey const NSURLVolumeTotalCapacityKey;
 @end
 @interface NSURL : NSObject
 + (instancetype)fileURLWithPath:(NSString*)path;
-- (NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys error:(NSError**)error;
+- (NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys
+                                                       error:(NSError**)error;
 @end
 @interface NSBundle : NSObject
 + (NSBundle*)bundleWithURL:(NSURL*)url;
@@ -65,7 +67,8 @@ enum : NSInteger { NSQualityOfServiceUtility = 0x11, NSQualityOfServiceBackgroun
 typedef NSInteger NSBackgroundActivityResult;
 enum : NSInteger { NSBackgroundActivityResultFinished = 1, NSBackgroundActivityResultDeferred = 2 };
 typedef void (^NSBackgroundActivityCompletionHandler)(NSBackgroundActivityResult result);
-__attribute__((availability(macos, introduced = 10.10))) @interface NSBackgroundActivityScheduler : NSObject
+__attribute__((availability(macos, introduced = 10.10)))
+@interface NSBackgroundActivityScheduler : NSObject
 - (instancetype)initWithIdentifier:(NSString*)identifier;
 @property NSQualityOfService qualityOfService;
 @property BOOL repeats;

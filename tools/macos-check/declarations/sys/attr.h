@@ -1,5 +1,5 @@
-// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for the
-// compile check on other systems; a build on macOS uses the real headers.
+// Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for
+// the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <stddef.h>
 #include <stdint.h>
@@ -8,12 +8,29 @@
 extern "C" {
 #endif
 typedef uint32_t attrgroup_t;
-struct attrlist { unsigned short bitmapcount; uint16_t reserved; attrgroup_t commonattr, volattr, dirattr, fileattr, forkattr; };
-typedef struct attribute_set { attrgroup_t commonattr, volattr, dirattr, fileattr, forkattr; } attribute_set_t;
-typedef struct attrreference { int32_t attr_dataoffset; uint32_t attr_length; } attrreference_t;
+struct attrlist {
+    unsigned short bitmapcount;
+    uint16_t reserved;
+    attrgroup_t commonattr, volattr, dirattr, fileattr, forkattr;
+};
+typedef struct attribute_set {
+    attrgroup_t commonattr, volattr, dirattr, fileattr, forkattr;
+} attribute_set_t;
+typedef struct attrreference {
+    int32_t attr_dataoffset;
+    uint32_t attr_length;
+} attrreference_t;
 enum { ATTR_BIT_MAP_COUNT = 5, FSOPT_NOFOLLOW = 1, VREG = 1, VDIR = 2 };
 #define ATTR_CMN_RETURNED_ATTRS 0x80000000u
-enum { ATTR_CMN_NAME = 1, ATTR_CMN_OBJTYPE = 8, ATTR_CMN_MODTIME = 0x400, ATTR_CMN_FILEID = 0x02000000, ATTR_FILE_LINKCOUNT = 1, ATTR_FILE_ALLOCSIZE = 4, ATTR_FILE_DATALENGTH = 0x200 };
+enum {
+    ATTR_CMN_NAME = 1,
+    ATTR_CMN_OBJTYPE = 8,
+    ATTR_CMN_MODTIME = 0x400,
+    ATTR_CMN_FILEID = 0x02000000,
+    ATTR_FILE_LINKCOUNT = 1,
+    ATTR_FILE_ALLOCSIZE = 4,
+    ATTR_FILE_DATALENGTH = 0x200
+};
 int getattrlistbulk(int dirfd, void* attrs, void* buffer, size_t size, uint64_t options);
 int getattrlist(const char* path, void* attrs, void* buffer, size_t size, unsigned int options);
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
-// Declarations of our own, after Apple's public documentation (statfs(2)): just what the adapters use. Only for the
-// compile check on other systems; a build on macOS uses the real headers.
+// Declarations of our own, after Apple's public documentation (statfs(2)): just what the adapters use. Only
+// for the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <stdint.h>
 #include <sys/types.h>
@@ -15,7 +15,9 @@ struct statfs {
     uint32_t f_bsize;
     int32_t f_iosize;
     uint64_t f_blocks, f_bfree, f_bavail, f_files, f_ffree;
-    struct { int32_t val[2]; } f_fsid;
+    struct {
+        int32_t val[2];
+    } f_fsid;
     uid_t f_owner;
     uint32_t f_type, f_flags, f_fssubtype;
     char f_fstypename[MFSTYPENAMELEN], f_mntonname[1024], f_mntfromname[1024];
