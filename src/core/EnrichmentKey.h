@@ -27,7 +27,9 @@ struct EnrichmentKey {
 } // namespace vesko
 
 template <> struct std::hash<vesko::EnrichmentKey> {
-    std::size_t operator()(const vesko::EnrichmentKey& key) const noexcept {
+    // Not noexcept: libstdc++ keeps the hashes of a table's keys only for functions that might throw, and
+    // without them every look-up hashes the neighbours' texts anew.
+    std::size_t operator()(const vesko::EnrichmentKey& key) const {
         return std::hash<std::string>()(key.rawValue);
     }
 };

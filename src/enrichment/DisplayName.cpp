@@ -110,6 +110,13 @@ std::string displayName(const ScannableItem& item, const std::optional<std::stri
     return escapedForDisplay(chosenName(item, enrichedName));
 }
 
+std::string friendlyName(const FileURL& url) {
+    const std::string_view name = url.lastPathComponent();
+    // A parent is a URL to be made, which a hundred thousand names can do without.
+    if (!isGeneric(name)) return cleanName(name);
+    return friendlyName(name, url.parent());
+}
+
 std::string friendlyName(std::string_view name, const FileURL& parent) {
     const std::string_view folder = parent.lastPathComponent();
     if (!isGeneric(name) || folder.empty() || folder == name) return cleanName(name);

@@ -18,6 +18,8 @@ std::string displayName(const ScannableItem& item, const std::optional<std::stri
 /// A name for an item without a better source: a generic name such as "node_modules" is followed by the
 /// folder above it.
 std::string friendlyName(std::string_view name, const FileURL& parent);
+/// The same for what lies at a URL.
+std::string friendlyName(const FileURL& url);
 
 /// The name without what is noise to a person: an identifier in reverse-DNS form gives its last part, an
 /// image its product's name. A name of blanks alone stays as it is.

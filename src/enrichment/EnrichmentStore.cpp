@@ -9,6 +9,7 @@
 #include "enrichment/DisplayName.h"
 #include "enrichment/EnrichmentCacheFile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
@@ -17,10 +18,26 @@ namespace {
 
 /// A cache group is named by its title; several places in it are told apart by where they lie.
 std::string heuristicName(const CleanupGroup& group, const ScannableItem& item) {
-    if (!group.id.starts_with("cache.")) return friendlyName(item.url.lastPathComponent(), item.url.parent());
+    if (!group.id.starts_with("cache.")) return friendlyName(item.url);
     if (group.items.size() == 1) return group.title;
     const auto hint = cacheLocationHint(item.url);
     return hint ? group.title + " · " + *hint : group.title;
+}
+
+void addHeuristics(EnrichmentEntries& entries, const std::vector<CleanupGroup>& groups, Date now) {
+    std::size_t items = 0;
+    for (const CleanupGroup& group : groups) items += group.items.size();
+    entries.reserve(std::max(entries.size(), items));
+    for (const CleanupGroup& group : groups) {
+        for (const ScannableItem& item : group.items) {
+            const auto [place, isNew] = entries.try_emplace(item.enrichmentKey);
+            if (!isNew) continue;
+            place->second.friendlyName = heuristicName(group, item);
+            place->second.safety = group.baselineSafety;
+            place->second.reason = group.baselineReason;
+            place->second.updatedAt = now;
+        }
+    }
 }
 
 } // namespace
@@ -57,21 +74,14 @@ std::optional<Enrichment> EnrichmentStore::lookup(const EnrichmentKey& key) cons
 }
 
 void EnrichmentStore::seedHeuristics(const std::vector<CleanupGroup>& groups) {
-    const Date now = dates_.now();
-    EnrichmentEntries added;
-    for (const CleanupGroup& group : groups) {
-        for (const ScannableItem& item : group.items) {
-            if (entries_->contains(item.enrichmentKey)) continue;
-            const auto [place, isNew] = added.try_emplace(item.enrichmentKey);
-            if (!isNew) continue;
-            place->second.friendlyName = heuristicName(group, item);
-            place->second.safety = group.baselineSafety;
-            place->second.reason = group.baselineReason;
-            place->second.updatedAt = now;
-        }
-    }
-    if (added.empty()) return;
-    entries_.modify([&](EnrichmentEntries& entries) { entries.merge(added); });
+    const auto lacksEntry = [this](const ScannableItem& item) {
+        return !entries_->contains(item.enrichmentKey);
+    };
+    // Usually everything has its entry, and then nothing has changed.
+    if (std::ranges::none_of(
+            groups, [&](const CleanupGroup& group) { return std::ranges::any_of(group.items, lacksEntry); }))
+        return;
+    entries_.modify([&](EnrichmentEntries& entries) { addHeuristics(entries, groups, dates_.now()); });
 }
 
 void EnrichmentStore::apply(const EnrichmentEntries& patches) {
