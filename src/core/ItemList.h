@@ -12,14 +12,17 @@ namespace vesko {
 /// kept beside the live list costs a reference count. Equality is by value.
 class ItemList {
 public:
+    using value_type = ScannableItem;
+    using const_iterator = std::vector<ScannableItem>::const_iterator;
+
     ItemList() = default;
     ItemList(std::vector<ScannableItem> items)
         : items_(items.empty() ? nullptr
                                : std::make_shared<const std::vector<ScannableItem>>(std::move(items))) {}
     ItemList(std::initializer_list<ScannableItem> items) : ItemList(std::vector<ScannableItem>(items)) {}
 
-    auto begin() const noexcept { return values().begin(); }
-    auto end() const noexcept { return values().end(); }
+    const_iterator begin() const noexcept { return values().begin(); }
+    const_iterator end() const noexcept { return values().end(); }
     std::size_t size() const noexcept { return values().size(); }
     bool empty() const noexcept { return values().empty(); }
     const ScannableItem& operator[](std::size_t index) const noexcept { return values()[index]; }

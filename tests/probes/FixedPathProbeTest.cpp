@@ -15,9 +15,9 @@ namespace {
 using std::chrono::seconds;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
 using testing::ScriptedSizes;
 using testing::TempTree;
+using ::testing::UnorderedElementsAre;
 
 constexpr seconds day{86400};
 const Date today = dateFromUnixSeconds(1'700'000'000);
@@ -88,7 +88,8 @@ TEST_F(FixedPathProbeTest, TheExtensionOfALoneFileIsNotLookedAt) {
 }
 
 TEST_F(FixedPathProbeTest, ExcludedExtensionsAreSkippedInEveryCase) {
-    for (const char* name : {"a.dmg", "b.DMG", "c.Dmg", "dmg", "d.dmgx", "no extension", "e.tar.dmg", "f.dmg.txt"})
+    for (const char* name :
+         {"a.dmg", "b.DMG", "c.Dmg", "dmg", "d.dmgx", "no extension", "e.tar.dmg", "f.dmg.txt"})
         tree.file(std::string("Downloads/") + name);
     row.relativePaths = {"Downloads"};
     row.expandChildren = true;
@@ -220,7 +221,8 @@ TEST_F(FixedPathProbeTest, CachesOfTheSameNameShareOneKey) {
     const ProbeResult result = run();
     ASSERT_TRUE(result.group);
     ASSERT_EQ(result.group->items.size(), 2U);
-    for (const ScannableItem& item : result.group->items) EXPECT_EQ(item.enrichmentKey.rawValue, "bundle:tool");
+    for (const ScannableItem& item : result.group->items)
+        EXPECT_EQ(item.enrichmentKey.rawValue, "bundle:tool");
 }
 
 TEST_F(FixedPathProbeTest, TheProviderAloneDecidesTheKey) {

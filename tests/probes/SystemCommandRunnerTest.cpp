@@ -8,7 +8,9 @@ namespace {
 
 using testing::TempTree;
 
-CommandResult shell(const std::string& script) { return SystemCommandRunner().run("/bin/sh", {"-c", script}); }
+CommandResult shell(const std::string& script) {
+    return SystemCommandRunner().run("/bin/sh", {"-c", script});
+}
 
 TEST(SystemCommandRunner, APathThatDoesNotExistIsAFailedLaunch) {
     EXPECT_EQ(SystemCommandRunner().run("/no/such/tool", {}), (CommandResult{-1, ""}));
@@ -24,7 +26,9 @@ TEST(SystemCommandRunner, NoPathIsSearched) {
     EXPECT_EQ(SystemCommandRunner().run("sh", {"-c", "echo found"}), (CommandResult{-1, ""}));
 }
 
-TEST(SystemCommandRunner, AChildThatPrintsNothingAndSucceeds) { EXPECT_EQ(shell(""), (CommandResult{0, ""})); }
+TEST(SystemCommandRunner, AChildThatPrintsNothingAndSucceeds) {
+    EXPECT_EQ(shell(""), (CommandResult{0, ""}));
+}
 
 TEST(SystemCommandRunner, AMegabyteAndAFailureBothArrive) {
     const CommandResult result = shell("head -c 1048576 /dev/zero | tr '\\0' 'x'; exit 3");
@@ -39,8 +43,9 @@ TEST(SystemCommandRunner, OutputThatIsNoUtf8IsDroppedAndTheStatusStays) {
 }
 
 TEST(SystemCommandRunner, ArgumentsReachTheChildAsTheyAre) {
-    const std::vector<std::string> words{"-c", R"(for w in "$@"; do printf '<%s>' "$w"; done)", "sh",
-                                         "*",  "two words", "", "$HOME", "a\nb", "'\""};
+    const std::vector<std::string> words{
+        "-c", R"(for w in "$@"; do printf '<%s>' "$w"; done)", "sh", "*", "two words", "", "$HOME", "a\nb",
+        "'\""};
     EXPECT_EQ(SystemCommandRunner().run("/bin/sh", words),
               (CommandResult{0, "<*><two words><><$HOME><a\nb><'\">"}));
 }

@@ -77,6 +77,8 @@ OpenedFolder openFolderIn(const FolderHandle& parent, const std::string& name, A
 
 OpenedFolder openPieceBelow(const FolderHandle& root, const std::string& piece, Mounts mounts) {
     const std::uint64_t resolve = mounts == Mounts::refuse ? strictly | RESOLVE_NO_XDEV : strictly;
+    OpenedFolder unseen = openStrictly(root.descriptor(), piece.c_str(), folderFlags | O_NOATIME, resolve);
+    if (unseen || unseen.error() != std::errc::operation_not_permitted) return unseen;
     return openStrictly(root.descriptor(), piece.c_str(), folderFlags, resolve);
 }
 
