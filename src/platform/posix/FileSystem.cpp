@@ -233,7 +233,10 @@ std::optional<Date> contentModificationDate(const FileURL& url) noexcept {
 
 std::optional<Date> contentAccessDate(const FileURL& url) noexcept {
     struct stat status{};
-    if (!statusOf(url, status) || !keepsAccessDates(url.path().c_str())) return std::nullopt;
+    if (!statusOf(url, status)) return std::nullopt;
+    // Asking for a link's volume would ask for its target's, and would count as a use of the link.
+    const FileURL where = S_ISLNK(status.st_mode) ? url.parent() : url;
+    if (!keepsAccessDates(where.path().c_str())) return std::nullopt;
     return accessDate(status);
 }
 
