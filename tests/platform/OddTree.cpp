@@ -1,5 +1,6 @@
 #include "platform/OddTree.h"
 
+#include "platform/ShellCommand.h"
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -7,11 +8,13 @@
 #include <fstream>
 #include <iterator>
 #include <spawn.h>
+#include <stdexcept>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 extern char** environ;
 
@@ -29,8 +32,10 @@ void makeParents(const std::string& path) {
 
 } // namespace
 
-OddTree::OddTree() {
-    std::string pattern = std::filesystem::temp_directory_path() / "vesko-test-XXXXXX";
+OddTree::OddTree(Place place) {
+    const bool inMemory = place == Place::memory && ::access("/dev/shm", W_OK | X_OK) == 0;
+    const std::filesystem::path above = inMemory ? "/dev/shm" : std::filesystem::temp_directory_path();
+    std::string pattern = above / "vesko-test-XXXXXX";
     check(::mkdtemp(pattern.data()) != nullptr, pattern);
     path_ = std::filesystem::canonical(pattern);
     // Tests that give up their rights must be able to get in.
@@ -121,6 +126,32 @@ void OddTree::socket(std::string_view relative) const {
 
 void OddTree::mode(std::string_view relative, mode_t mode) const {
     check(::chmod(path(relative).c_str(), mode) == 0, path(relative));
+}
+
+void OddTree::chain(std::string_view relative, const std::string& name, std::size_t depth, std::size_t bytes,
+                    std::size_t every) const {
+    int current = ::open(folder(relative).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    check(current >= 0, path(relative));
+    const std::string content(bytes, 'x');
+    for (std::size_t level = 1; level <= depth; ++level) {
+        check(::mkdirat(current, name.c_str(), 0755) == 0, name);
+        const int next = ::openat(current, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        check(next >= 0, name);
+        ::close(std::exchange(current, next));
+        if (level != depth && level % every != 0) continue;
+        check(::mkdirat(current, "beside", 0755) == 0, "beside");
+        const int file = ::openat(current, "beside/content", O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+        check(file >= 0 && ::write(file, content.data(), content.size()) == static_cast<ssize_t>(bytes),
+              name);
+        ::close(file);
+    }
+    ::close(current);
+}
+
+void OddTree::giveAway() const {
+    if (::geteuid() != 0) return;
+    const ShellResult given = runProgram({"chown", "-Rh", "65534:65534", path_});
+    if (given.status != 0) throw std::runtime_error(given.errors);
 }
 
 bool OddTree::has(std::string_view relative) const {

@@ -7,11 +7,16 @@
 
 namespace vesko {
 
-/// A tree with everything that a file system can hold, in a fresh folder below the temporary folder, taken away again with all in it by the system's `rm`. Paths are
-/// relative to it; every operation throws where the system refuses, so that no test goes on without its tree.
+/// A tree with everything that a file system can hold, in a fresh folder below the temporary folder, taken
+/// away again with all in it by the system's `rm`. Paths are relative to it; every operation throws where the
+/// system refuses, so that no test goes on without its tree.
 class OddTree {
 public:
-    OddTree();
+    enum class Place {
+        disk,
+        memory, ///< a file system in memory where there is one: for trees that take a disk minutes
+    };
+    explicit OddTree(Place place = Place::disk);
     ~OddTree();
     OddTree(const OddTree&) = delete;
     OddTree& operator=(const OddTree&) = delete;
@@ -33,6 +38,12 @@ public:
     void pipe(std::string_view relative) const;
     void socket(std::string_view relative) const;
     void mode(std::string_view relative, mode_t mode) const;
+    /// A chain of so many folders, each named `name` and lying in the one before, made by handles since its
+    /// path is too long for the system; a file of `bytes` in the deepest and in every `every`th.
+    void chain(std::string_view relative, const std::string& name, std::size_t depth, std::size_t bytes,
+               std::size_t every = 1'000'000) const;
+    /// Gives everything to the ordinary user that tests take the place of, where this is root.
+    void giveAway() const;
 
     /// Whether anything stands there, a dangling link too.
     bool has(std::string_view relative) const;

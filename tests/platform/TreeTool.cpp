@@ -1,11 +1,14 @@
 // tree_tool size PATH [links]     prints the quick figure, or "nothing"
+// tree_tool usage PATH THREADS    prints the figure of a walk with so many threads
 // tree_tool visible PATH          prints what the last-resort walk gives
 // tree_tool remove PATH           prints "gone BYTES ENTRIES", or "KIND CODE PATH" with the path's bytes as
 // they are
 #include "core/FastDirectorySize.h"
 #include "execution/Remover.h"
+#include "platform/UsageSum.h"
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -15,6 +18,12 @@ int size(const char* path, bool followLinks) {
         std::printf("%lld\n", static_cast<long long>(*bytes));
     else
         std::puts("nothing");
+    return 0;
+}
+
+int usage(const char* path, const char* threads) {
+    const auto bytes = vesko::usageByThreads(path, false, static_cast<unsigned>(std::atoi(threads)));
+    std::printf("%lld\n", static_cast<long long>(bytes.value_or(-1)));
     return 0;
 }
 
@@ -50,8 +59,9 @@ int removeItem(const char* path) {
 
 int main(int count, char** words) {
     if (count >= 3 && std::strcmp(words[1], "size") == 0) return size(words[2], count > 3);
+    if (count == 4 && std::strcmp(words[1], "usage") == 0) return usage(words[2], words[3]);
     if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
     if (count == 3 && std::strcmp(words[1], "remove") == 0) return removeItem(words[2]);
-    std::fputs("tree_tool size PATH [links] | visible PATH | remove PATH\n", stderr);
+    std::fputs("tree_tool size PATH [links] | usage PATH THREADS | visible PATH | remove PATH\n", stderr);
     return 2;
 }

@@ -8,24 +8,29 @@ namespace vesko {
 
 namespace {
 
-/// Adds up what `du` counts: everything in the tree once, folders with their own blocks.
+/// Adds up what `du` counts: everything in the tree once, folders with their own blocks. With links followed,
+/// a link that leads nowhere is nothing.
 class UsageVisitor final : public TreeVisitor {
 public:
+    explicit UsageVisitor(bool followsLinks) : followsLinks_(followsLinks) {}
+
     Next visit(const TreeEntry& entry, unsigned worker) override {
         const bool isOfThisTree = !entry.status.isMountRoot || entry.isThroughLink || entry.depth == 0;
-        if (isOfThisTree && entry.isFirstSighting) sum_.add(worker, entry.status.allocatedBytes);
+        const bool isDangling = followsLinks_ && entry.status.kind == EntryKind::link;
+        if (isOfThisTree && !isDangling && entry.isFirstSighting) sum_.add(worker, entry.status.allocatedBytes);
         return Next::enter;
     }
     std::int64_t bytes() const { return sum_.total(); }
 
 private:
+    bool followsLinks_;
     AllocationSum sum_;
 };
 
 } // namespace
 
 std::optional<std::int64_t> fastDirectorySize(const FileURL& url, bool followLinks) {
-    UsageVisitor visitor;
+    UsageVisitor visitor(followLinks);
     TreeWalkOptions options;
     options.links = followLinks ? TreeWalkOptions::Links::follow : TreeWalkOptions::Links::keep;
     options.stop = currentStopToken();

@@ -33,22 +33,37 @@ bool liesBelow(std::string_view path, std::string_view folder) {
     return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
-/// The path after its last "/" and what is between `root` and there.
+/// A relative path in two: its last part and the folder that it is in, empty for the root itself.
 struct Place {
-    std::string_view folder; ///< relative to the root; empty for the root itself
+    std::string_view folder;
     std::string name;
 };
 
-Place placeBelow(std::string_view path, std::string_view root) {
-    std::string_view relative = path.substr(root == "/" ? 1 : root.size() + 1);
+Place placeOf(std::string_view relative) {
     const std::size_t slash = relative.rfind('/');
     if (slash == std::string_view::npos) return {{}, std::string(relative)};
     return {relative.substr(0, slash), std::string(relative.substr(slash + 1))};
 }
 
 RemovalFailure failureAt(const FileURL& url, std::error_code code) {
-    // A folder that is no folder on the way says of the item that it is not there.
     return {url, removalFailureKind(code, {}, {}), code};
+}
+
+/// Why the folder `way` below `root` did not open. A link says the same as a file there, "not a directory",
+/// but means that something was put in the place of a folder.
+RemovalFailure failureOnTheWay(const FileURL& url, const FolderHandle& root, std::string_view way,
+                               std::error_code code) {
+    for (std::size_t end = way.find('/');; end = way.find('/', end + 1)) {
+        const Place place = placeOf(way.substr(0, end));
+        const OpenedFolder folder = openFolderBelow(root, place.folder, Mounts::cross);
+        if (!folder) break;
+        const AskedStatus status = entryStatus(*folder, place.name.c_str());
+        if (status && status->kind == EntryKind::link)
+            return {url, RemovalFailureKind::changed,
+                    std::make_error_code(std::errc::too_many_symbolic_link_levels)};
+        if (end == std::string_view::npos) break;
+    }
+    return failureAt(url, code);
 }
 
 } // namespace
@@ -73,9 +88,9 @@ std::optional<RemovalFailure> removeForGood(const FileURL& url, const RemovalPro
     const bool isBelowHome = openHome && home != "/" && liesBelow(path, home);
     OpenedFolder root = isBelowHome ? std::move(openHome) : openFolder("/");
     if (!root) return failureAt(url, root.error());
-    const Place place = placeBelow(path, isBelowHome ? std::string_view(home) : std::string_view("/"));
+    const Place place = placeOf(std::string_view(path).substr(isBelowHome ? home.size() + 1 : 1));
     OpenedFolder parent = openFolderBelow(*root, place.folder, Mounts::cross);
-    if (!parent) return failureAt(url, parent.error());
+    if (!parent) return failureOnTheWay(url, *root, place.folder, parent.error());
     return Removal(path, progress, stop, homeIdentity).run(std::move(*parent), place.name);
 }
 

@@ -14,8 +14,6 @@ constexpr char linkedFolder = 'l'; ///< through a link
 
 /// Folders on a worker's stack that keep their handle; deeper ones are found again by findFolder.
 constexpr std::size_t mostOpenFolders = 4;
-/// From so many entries on a tree is worth further threads.
-constexpr std::size_t largeTree = 2'000;
 /// Entries between two looks at the stop token.
 constexpr std::size_t entriesBetweenLooks = 256;
 
@@ -132,7 +130,7 @@ void TreeWalk::shareWork(Worker& worker) {
 }
 
 void TreeWalk::startHelpersForLargeTree(const Worker& worker) {
-    if (!helpers_.empty() || mostWorkers_ < 2 || worker.entries < largeTree || worker.stack.empty()) return;
+    if (!helpers_.empty() || mostWorkers_ < 2 || worker.entries < options_.largeTree || worker.stack.empty()) return;
     // A caller that names a number gets it; otherwise the machine's cores are shared by all walks.
     unsigned wanted = mostWorkers_ - 1;
     if (options_.threads == 0) {

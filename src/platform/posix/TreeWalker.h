@@ -55,7 +55,9 @@ struct TreeWalkOptions {
 
     enum class Links { keep, follow } links = Links::keep;
     enum class Details { namesOnly, sizes } details = Details::sizes;
-    unsigned threads = 0; ///< at most so many; 0: as the machine has
+    unsigned threads = 0; ///< at most so many; 0: as the machine has, shared by all walks of the process
+    /// Entries after which a tree counts as large and further threads start.
+    std::size_t largeTree = 2'000;
     StopToken stop;
 };
 
