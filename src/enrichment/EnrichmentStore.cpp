@@ -99,20 +99,26 @@ void EnrichmentStore::apply(const EnrichmentEntries& patches) {
 }
 
 EnrichmentStore::Prefetched EnrichmentStore::read(const FileURL& url, const std::string& modelVersion) {
-    Prefetched result{{}, std::string(currentLocaleIdentifier()), contentModificationDate(url)};
+    Prefetched result{{}, std::string(currentLocaleIdentifier()), modelVersion, contentModificationDate(url)};
     if (const auto bytes = readStateFile(url))
         result.entries = EnrichmentCacheFile::decode(*bytes, result.localeIdentifier, modelVersion);
     return result;
 }
 
-void EnrichmentStore::prefetch() {
-    prefetch_.start([url = fileURL_, version = modelVersion_] { return read(url, version); });
+std::shared_ptr<EnrichmentStore::Reading> EnrichmentStore::startReading(const FileURL& fileURL,
+                                                                        const std::string& modelVersion) {
+    auto reading = std::make_shared<Reading>();
+    reading->start([fileURL, modelVersion] { return read(fileURL, modelVersion); });
+    return reading;
 }
 
+void EnrichmentStore::prefetch() { reading_ = startReading(fileURL_, modelVersion_); }
+
 void EnrichmentStore::load() {
-    auto ready = prefetch_.take();
+    const auto reading = std::exchange(reading_, nullptr);
+    auto ready = reading ? reading->take() : std::nullopt;
     if (!ready || ready->localeIdentifier != currentLocaleIdentifier() ||
-        ready->fileDate != contentModificationDate(fileURL_))
+        ready->modelVersion != modelVersion_ || ready->fileDate != contentModificationDate(fileURL_))
         ready = read(fileURL_, modelVersion_);
     entries_.modify([&](EnrichmentEntries& entries) { entries = std::move(ready->entries); });
 }

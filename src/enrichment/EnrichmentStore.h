@@ -36,6 +36,17 @@ public:
     /// "enrichment-cache.json" in the application-support folder.
     static FileURL defaultFileURL();
 
+    /// The file as it was read ahead.
+    struct Prefetched {
+        EnrichmentEntries entries;
+        std::string localeIdentifier;
+        std::string modelVersion;
+        std::optional<Date> fileDate;
+    };
+    using Reading = Prefetch<Prefetched>;
+    /// Begins to read a file on a thread; for a program that has no loop yet to make the store with.
+    static std::shared_ptr<Reading> startReading(const FileURL& fileURL, const std::string& modelVersion);
+
     const EnrichmentEntries& entries() const noexcept { return *entries_; }
     /// Tells of each change of the entries, once an operation.
     ChangeSource& changes() noexcept { return changes_; }
@@ -48,8 +59,11 @@ public:
     void apply(const EnrichmentEntries& patches);
     /// Replaces the entries by those of the file, as one change. Blocks while it reads.
     void load();
-    /// Begins to read the file on a thread, so that the next load finds the work done.
+    /// Begins to read the file on a thread, so that the next load finds the work done. What a load gives
+    /// stays the same: a file that was replaced meanwhile is read afresh.
     void prefetch();
+    /// Takes over a reading that was started before there was a store.
+    void adopt(std::shared_ptr<Reading> reading) { reading_ = std::move(reading); }
     /// Writes the entries of this moment after the debounce; a later call takes the place of this one.
     void schedulePersist();
     /// Drops the table, a pending write and the file.
@@ -63,11 +77,6 @@ public:
                                const std::unordered_set<FileURL>& aiDiscoveredURLs) const;
 
 private:
-    struct Prefetched {
-        EnrichmentEntries entries;
-        std::string localeIdentifier;
-        std::optional<Date> fileDate;
-    };
     struct Writing;
 
     static Prefetched read(const FileURL& url, const std::string& modelVersion);
@@ -80,7 +89,7 @@ private:
     const DateSource& dates_;
     std::shared_ptr<Writing> writing_;
     TaskHandle<void> persistTask_;
-    Prefetch<Prefetched> prefetch_;
+    std::shared_ptr<Reading> reading_;
 };
 
 } // namespace vesko

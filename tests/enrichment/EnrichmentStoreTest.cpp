@@ -247,6 +247,18 @@ TEST_F(EnrichmentStoreTest, APrefetchedLoadGivesWhatTheFileHolds) {
     EXPECT_TRUE(store.entries().empty());
 }
 
+TEST_F(EnrichmentStoreTest, AReadingStartedBeforeTheStoreIsTakenOver) {
+    put({{{"a"}, entryOf(EnrichmentSource::model, "A", pipeline)}});
+    const auto started = EnrichmentStore::startReading(file, pipeline);
+    store.adopt(started);
+    store.load();
+    EXPECT_EQ(store.entries(), inFile());
+    EXPECT_FALSE(started->take());
+    store.adopt(EnrichmentStore::startReading(file, "another pipeline"));
+    store.load();
+    EXPECT_EQ(store.entries(), inFile());
+}
+
 // Seeding.
 
 TEST_F(EnrichmentStoreTest, AnItemIsSeededFromItsGroup) {
