@@ -2,6 +2,7 @@
 
 #include "base/FileSystem.h"
 #include "base/StringCatalog.h"
+#include "core/ItemOrder.h"
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -57,8 +58,7 @@ std::string groupSubtitle(std::string_view groupID, std::int64_t itemCount) {
 }
 
 CleanupGroup makeGroup(const GroupMetadata& metadata, std::vector<ScannableItem> items) {
-    std::stable_sort(items.begin(), items.end(),
-                     [](const ScannableItem& a, const ScannableItem& b) { return a.size > b.size; });
+    sortLargestFirst(items);
     CleanupGroup group;
     group.id = metadata.id;
     group.title = probeTitle(metadata.id);

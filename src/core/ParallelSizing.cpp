@@ -2,6 +2,7 @@
 
 #include "concurrency/CurrentTask.h"
 #include "concurrency/Executor.h"
+#include "core/ItemOrder.h"
 #include <algorithm>
 #include <condition_variable>
 #include <memory>
@@ -81,8 +82,7 @@ std::vector<ScannableItem> sizeInParallel(std::vector<ParallelSizeInput> inputs,
     for (std::size_t i = 1; i < loops; ++i) context.workers->post([work] { work->runLoop(); });
     work->runLoop();
     std::vector<ScannableItem> items = work->waitForItems();
-    std::stable_sort(items.begin(), items.end(),
-                     [](const ScannableItem& a, const ScannableItem& b) { return a.size > b.size; });
+    sortLargestFirst(items);
     return items;
 }
 

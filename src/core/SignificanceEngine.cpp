@@ -24,11 +24,35 @@ bool isProjectArtifacts(const CleanupGroup& group) {
     return std::find(ids.begin(), ids.end(), group.id) != ids.end();
 }
 
+/// Whether an absolute path is in its cleaned form already, as nearly every path of a scan is.
+bool isStandardized(std::string_view path) {
+    if (!path.starts_with('/')) return false;
+    for (std::size_t slash = 0; slash != std::string_view::npos;) {
+        const std::size_t next = path.find('/', slash + 1);
+        const std::string_view part =
+            path.substr(slash + 1, next == std::string_view::npos ? next : next - slash - 1);
+        if (part.empty() || part == "." || part == "..") return false;
+        slash = next;
+    }
+    return true;
+}
+
+bool overlaps(const PathOverlapIndex& covered, const std::string& path) {
+    return isStandardized(path) ? covered.overlaps(path) : covered.overlaps(standardizedPath(path));
+}
+
 std::vector<std::string> coveredPaths(const std::vector<CleanupGroup>& groups) {
+    std::size_t count = 0;
+    for (const CleanupGroup& group : groups)
+        if (!isDiscovery(group)) count += group.items.size();
     std::vector<std::string> covered;
+    covered.reserve(count);
     for (const CleanupGroup& group : groups) {
         if (isDiscovery(group)) continue;
-        for (const ScannableItem& item : group.items) covered.push_back(standardizedPath(item.url.path()));
+        for (const ScannableItem& item : group.items) {
+            const std::string& path = item.url.path();
+            covered.push_back(isStandardized(path) ? path : standardizedPath(path));
+        }
     }
     return covered;
 }
@@ -90,7 +114,7 @@ std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> gro
         }
         std::vector<ScannableItem> kept;
         for (const ScannableItem& item : group.items)
-            if (!covered.overlaps(standardizedPath(item.url.path()))) kept.push_back(item);
+            if (!overlaps(covered, item.url.path())) kept.push_back(item);
         if (kept.empty()) continue;
         if (kept.size() == group.items.size()) {
             result.push_back(std::move(group));
