@@ -130,6 +130,7 @@ std::vector<std::thread> WorkerPool::State::close() {
     std::vector<std::thread> threads;
     std::lock_guard lock(mutex);
     closing = true;
+    threads.reserve(workers.size() + 2);
     for (auto& [id, thread] : workers) threads.push_back(std::move(thread));
     workers.clear();
     if (retired.joinable()) threads.push_back(std::move(retired));
