@@ -1,4 +1,5 @@
 #include "base/Json.h"
+#include "support/ProcessorTime.h"
 #include <chrono>
 #include <gtest/gtest.h>
 #include <limits>
@@ -149,11 +150,13 @@ TEST(Json, AStringIsBounded) {
 }
 
 TEST(Json, AnEndlessStringIsRefusedAtOnce) {
-    const std::string text = "\"" + std::string(200'000'000, 'x');
-    const auto began = std::chrono::steady_clock::now();
+    std::string text(200'000'000, 'x');
+    text.front() = '"';
+    const auto began = testing::processorTime();
     EXPECT_FALSE(JsonDocument::parse(text));
-    EXPECT_FALSE(JsonDocument::parse(text + '"'));
-    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(2));
+    text.back() = '"';
+    EXPECT_FALSE(JsonDocument::parse(text));
+    EXPECT_LT(testing::processorTime() - began, std::chrono::seconds(2));
 }
 
 TEST(Json, NothingAbove256MebibytesIsParsed) {

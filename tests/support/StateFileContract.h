@@ -1,5 +1,6 @@
 #pragma once
 #include "support/LanguageScope.h"
+#include "support/ProcessorTime.h"
 #include "support/TempTree.h"
 #include <chrono>
 #include <cstdint>
@@ -35,9 +36,9 @@ protected:
     static constexpr Milliseconds large{2000};
 
     std::string stateOf(const FileURL& url, Milliseconds limit = small) {
-        const auto began = std::chrono::steady_clock::now();
+        const auto began = processorTime();
         std::string state = GetParam().load(url);
-        EXPECT_LT(std::chrono::steady_clock::now() - began, limit);
+        EXPECT_LT(processorTime() - began, limit);
         return state;
     }
     std::string stateOfBytes(std::string_view bytes, Milliseconds limit = small) {
