@@ -77,11 +77,13 @@ class Session:
                      "LC_ALL", "LC_MESSAGES", "QT_QPA_PLATFORM"):
             os.environ.pop(name, None)
         os.environ["HOME"] = str(self.home)
-        bus = self._start(["dbus-daemon", "--session", "--nofork", "--print-address"], stdout=subprocess.PIPE, text=True)
+        bus = self._start(["dbus-daemon", "--session", "--nofork", "--print-address"], stdout=subprocess.PIPE,
+                          text=True)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
         self._start([LAUNCHER, "--launch-immediately"], stdout=self._log)
         until(lambda: subprocess.run(
-            ["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"],
+            ["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+             "org.a11y.Bus.GetAddress"],
             capture_output=True, check=False).returncode == 0, what="the accessibility bus")
 
     def start(self, program="vesko", arguments=(), environment=None):
@@ -92,8 +94,12 @@ class Session:
             "QT_QUICK_BACKEND": "software", "QT_QPA_PLATFORM": "xcb", **(environment or {}),
         }
         path = program if os.sep in program else stage.program(program)
-        child = self._start([path, *arguments], stdout=self._log, env=own)
-        return Program(self, child)
+        cached = self.cache_path()
+        before = cached.stat().st_mtime_ns if cached.exists() else None
+        return Program(self, self._start([path, *arguments], stdout=self._log, env=own), before)
+
+    def cache_path(self):
+        return self.home / ".local/share/Vesko/scan-cache.json"
 
     def close(self):
         for child in reversed(self._children):
@@ -112,16 +118,18 @@ class Session:
 class Program:
     """A running program with a window."""
 
-    def __init__(self, session, child):
+    def __init__(self, session, child, cache_before=None):
         self.session = session
         self.texts = session.texts
         self.child = child
+        self.cache_before = cache_before  # the date of the scan cache before the program started
         self.root = until(self._application, 20, "the program on the accessibility bus")
         self.window = until(self._window, 20, "the program's window")
 
     def _application(self):
         if self.child.poll() is not None:
-            raise RuntimeError(f"the program ended with status {self.child.returncode}")
+            said = (self.session.scratch / "session.log").read_text(errors="replace")[-2000:]
+            raise RuntimeError(f"the program ended with status {self.child.returncode}; the log ends:\n{said}")
         desktop = self.session.atspi.get_desktop(0)
         desktop.clear_cache()
         for index in range(desktop.get_child_count()):
@@ -174,8 +182,8 @@ class Program:
         subprocess.run(["xdotool", "type", "--delay", "30", text], check=True, timeout=30)
 
     def focused(self):
-        """The node that has the keyboard's focus, if one says so."""
-        return next((node for node in self.root.all() if node.has_state("FOCUSED")), None)
+        """The node that has the keyboard's focus, if one says so; in a list that is its row."""
+        return next((node for node in reversed(list(self.root.all())) if node.has_state("FOCUSED")), None)
 
     def close_window(self):
         """Ask the window to close, as the button in its frame does."""
@@ -241,8 +249,10 @@ class Node:
                 yield Node(child, self.program)
 
     def all(self, role=None, name=None):
-        """Every node below that matches, in the order of the tree."""
+        """Every node below that matches and is to be seen, in the order of the tree."""
         for child in self.children():
+            if not child.has_state("VISIBLE"):
+                continue
             if (role is None or child.role == role) and (name is None or matches(child.name, name)):
                 yield child
             yield from child.all(role, name)
@@ -282,7 +292,8 @@ class Node:
             marks.append("disabled")
         lines.append("  " * depth + f"{self.role} {self.name!r}" + "".join(f" [{mark}]" for mark in marks))
         for child in self.children():
-            child.describe(lines, depth + 1)
+            if child.has_state("VISIBLE"):
+                child.describe(lines, depth + 1)
 
 
 def matches(text, wanted):

@@ -75,6 +75,6 @@ class Texts:
     def _pattern_of(text):
         pieces, last = [], 0
         for match in re.finditer(r"%(?:\d+\$)?(?:lld|@|d)|%arg", text):
-            pieces += [re.escape(text[last:match.start()]), "(.+?)"]
+            pieces += [re.escape(text[last:match.start()]), "(.+?)" if match.group().endswith("@") else r"([\d.,]+)"]
             last = match.end()
         return "".join(pieces) + re.escape(text[last:])

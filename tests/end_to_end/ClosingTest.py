@@ -1,0 +1,83 @@
+"""Closing the window ends the program at once, whatever a tool is doing."""
+import json
+import unittest
+
+import driver
+import screens
+import stage
+
+HAS_STAND_INS = stage.enter(stand_ins=True)
+
+IMAGE = "3f57d9401f8d"
+
+
+def cache_with_an_image(home, title):
+    """A cached list with one container image in it, as an earlier scan left it."""
+    data = home / "Library/Containers/com.docker.docker/Data"
+    return {
+        "schemaVersion": 1, "localeIdentifier": "en", "scanDate": "2026-01-05T10:00:00Z", "foundTotalBytes": 431000000,
+        "groups": [{
+            "id": "docker.images", "title": title, "icon": "shippingbox.fill",
+            "sectionID": "development", "sectionSortIndex": 2, "providerID": "docker", "relevancePolicy": "standard",
+            "subtitle": "", "baselineSafety": "revisar", "baselineReason": "Images can be pulled again.",
+            "items": [{"path": str(data / "images" / IMAGE), "size": 431000000, "isDirectory": False,
+                       "enrichmentKey": f"docker:image:{IMAGE}"}],
+        }],
+    }
+
+
+class Closing(unittest.TestCase):
+    def setUp(self):
+        self.addCleanup(stage.clean)
+        if not HAS_STAND_INS:
+            self.skipTest("this machine refuses mount namespaces, so no tool can be made to hang")
+        self.session = driver.Session()
+        self.addCleanup(self.session.close)
+        screens.make_sample_home(self.session)
+        self.state = self.session.home / ".stand-ins/docker.json"
+
+    def begin(self):
+        """The list with the image on it, the image selected and its deletion confirmed."""
+        folder = self.session.home / ".local/share/Vesko"
+        folder.mkdir(parents=True)
+        title = self.session.texts.of("probe.docker.images.title")
+        (folder / "scan-cache.json").write_text(json.dumps(cache_with_an_image(self.session.home, title)))
+        screen = screens.Cleanup(self.session.start()).open().wait_for_scan()
+        screen.search(title)
+        screen.toggle(lambda: screen.box_of_group(title))
+        screen.ask_to_delete()
+        screen.type_word(screen.confirm_word())
+        screen.confirm_button().press()
+        return screen
+
+    def calls(self):
+        log = self.session.home / ".stand-ins/calls.log"
+        return [json.loads(line) for line in log.read_text().splitlines()] if log.exists() else []
+
+    def testTheProcessEndsWithinTwoSecondsWhileAToolHangs(self):
+        state = json.loads(self.state.read_text())
+        self.state.write_text(json.dumps({**state, "delay": 30}))
+        screen = self.begin()
+        driver.until(lambda: ["docker", "info"] in self.calls(), 30, "the tool to be asked")
+        # The window answers while the tool hangs.
+        screen.program.find("page tab", screen.texts.of("sidebar.home")).press()
+        driver.until(lambda: screen.program.find("page tab", screen.texts.of("sidebar.home")).has_state("SELECTED"), 2,
+                     "the other screen")
+        screen.program.close_window()
+        self.assertTrue(screen.program.ended(2))
+        self.assertEqual(screen.program.child.returncode, 0)
+
+    def testAnImageIsDeletedThroughItsTool(self):
+        screen = self.begin()
+        screen.message("cleanup.success %1$lld %2$@")
+        self.assertIn(["docker", "rmi", "-f", IMAGE], self.calls())
+        self.assertNotIn(IMAGE, self.state.read_text())
+
+    def testAnImageInUseStaysWithTheToolsAnswer(self):
+        state = json.loads(self.state.read_text())
+        self.state.write_text(json.dumps({**state, "refuse": [IMAGE]}))
+        screen = self.begin()
+        self.assertIn(IMAGE, screen.failure_text())
+        self.assertIn(IMAGE, self.state.read_text())
+        title = screen.title("docker.images")
+        self.assertTrue(screen.box_of_group(title).has_state("CHECKED"))
