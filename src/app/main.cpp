@@ -1,19 +1,110 @@
-#include "ui/Theme.h"
-#include "ui/WindowModel.h"
-#include "ui/WindowModule.h"
+#include "app/ProgramLife.h"
+#include "app/SystemLanguage.h"
+#include "background/SilentNotificationService.h"
+#include "base/Environment.h"
+#include "core/DiskVolumeService.h"
+#include "enrichment/UnavailableEnrichment.h"
+#include "enrichment/UnavailableReview.h"
+#include "execution/SystemCleanupExecutor.h"
+#include "orchestration/CleanupViewModel.h"
+#include "platform/qt/FileManager.h"
+#include "platform/qt/SingleInstance.h"
+#include "platform/qt/SystemAppearance.h"
+#include "ui/DiskAccess.h"
+#include "ui/MainWindow.h"
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
 
-int main(int argc, char** argv) {
-    using namespace vesko;
+namespace vesko {
+namespace {
+
+/// Tools inherit the standard input; an empty one keeps them from waiting for an answer.
+void emptyStandardInput() {
+    const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nothing < 0) return;
+    ::dup2(nothing, STDIN_FILENO);
+    if (nothing != STDIN_FILENO) ::close(nothing);
+}
+
+/// The stores; their files are read on threads while the toolkit starts.
+struct Stores {
+    std::shared_ptr<ScanCacheStore> scans =
+        std::make_shared<ScanCacheStore>(ScanCacheStore::defaultFileURL());
+    std::shared_ptr<DemotedPathsStore> demotedPaths =
+        std::make_shared<DemotedPathsStore>(DemotedPathsStore::defaultFileURL());
+};
+
+std::shared_ptr<CleanupViewModel>
+makeViewModel(const Stores& stores, std::shared_ptr<EnrichmentStore> enrichment, const TaskContext& tasks) {
+    CleanupViewModelParts parts;
+    parts.tasks = tasks;
+    parts.scanCacheStore = stores.scans;
+    parts.enrichmentStore = std::move(enrichment);
+    parts.demotedPathsStore = stores.demotedPaths;
+    parts.volumeReader = std::make_shared<DiskVolumeService>();
+    parts.notificationService = std::make_shared<SilentNotificationService>();
+    parts.enricher = std::make_shared<UnavailableEnrichment>();
+    parts.reviewer = std::make_shared<UnavailableReview>();
+    parts.executor = std::make_shared<SystemCleanupExecutor>();
+    return std::make_shared<CleanupViewModel>(std::move(parts));
+}
+
+/// The scan that begins by itself: over the cached list where there is one, else from nothing.
+void scanAtStart(const std::shared_ptr<CleanupViewModel>& model) {
+    if (isDevelopmentHost()) return;
+    const ScanMode mode = *model->didHydrateFromScanCache ? ScanMode::validation : ScanMode::full;
+    spawn(model->tasks(), [model, mode] { return model->startScan(mode); });
+}
+
+int run(int argc, char** argv) {
+    emptyStandardInput();
+    setCurrentLanguage(systemLanguage());
+    Stores stores;
+    if (!isDevelopmentHost()) stores.scans->prefetch();
+
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("vesko"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vesko"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("vesko"));
 
-    WindowModel shell({.accessTest = [] { return true; }, .openAccessSettings = {}});
-    QQmlApplicationEngine engine;
-    useWindowModule(engine);
-    engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)}});
-    engine.load(QUrl(QStringLiteral("qrc:/qml/Vesko/Window/Main.qml")));
-    if (engine.rootObjects().isEmpty()) return 1;
-    return QGuiApplication::exec();
+    SingleInstance instance;
+    if (!instance.claim()) return 0;
+
+    ProgramLife life;
+    const auto enrichment = std::make_shared<EnrichmentStore>(EnrichmentStore::defaultFileURL(),
+                                                              "afm-2026-06-i18n", life.tasks());
+    if (!isDevelopmentHost()) enrichment->prefetch();
+    WindowModel shell({.accessTest = hasFullDiskAccess, .openAccessSettings = openDiskAccessSettings});
+    const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, life.tasks());
+    CleanupScreen cleanup(model, std::make_shared<FileManager>());
+    HomeScreen home(model, std::make_shared<DiskVolumeService>(), shell);
+    SystemAppearance appearance;
+    MainWindow window(shell, cleanup, home);
+
+    const auto follow = [&] {
+        window.theme().setDark(appearance.isDark());
+        window.theme().setReducedMotion(appearance.prefersReducedMotion());
+    };
+    follow();
+    QObject::connect(&appearance, &SystemAppearance::changed, &window.theme(), follow);
+    QObject::connect(&instance, &SingleInstance::raiseRequested, &shell, &WindowModel::raiseRequested);
+    QObject::connect(&shell, &WindowModel::accessGranted, &cleanup, [&] { scanAtStart(model); });
+    // What the person does not see at once waits for the first frame.
+    QObject::connect(&shell, &WindowModel::framed, &cleanup, [&] {
+        appearance.askPortal();
+        home.readVolume();
+        if (shell.hasFullDiskAccess()) scanAtStart(model);
+    });
+    if (!window.show()) return EXIT_FAILURE;
+
+    const int status = QGuiApplication::exec();
+    if (!life.end()) std::_Exit(status);
+    return status;
 }
+
+} // namespace
+} // namespace vesko
+
+int main(int argc, char** argv) { return vesko::run(argc, argv); }

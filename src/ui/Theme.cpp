@@ -1,4 +1,5 @@
 #include "ui/Theme.h"
+#include "orchestration/StorageSegment.h"
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <algorithm>
@@ -25,6 +26,20 @@ void Theme::setBaseSize(double pixels) {
     if (pixels == baseSize_) return;
     baseSize_ = pixels;
     Q_EMIT changed();
+}
+
+QColor Theme::segmentColor(int token, bool dark) const {
+    const ThemePalette& colors = dark ? darkPalette() : lightPalette();
+    switch (static_cast<SegmentColor>(token)) {
+    case SegmentColor::purple: return colors.purple;
+    case SegmentColor::cyan: return colors.cyan;
+    case SegmentColor::green: return colors.green;
+    case SegmentColor::pink: return colors.pink;
+    case SegmentColor::slate: return colors.slate;
+    case SegmentColor::warning: return colors.warning;
+    case SegmentColor::muted: break;
+    }
+    return colors.muted;
 }
 
 int Theme::scaled(double factor) const { return static_cast<int>(std::lround(baseSize_ * factor)); }

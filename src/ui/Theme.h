@@ -107,6 +107,10 @@ public:
     int itemHeight() const { return heightFor(40, 2.8); }
     int bandHeight() const { return heightFor(44, 3.0); }
 
+    /// The colour of a band's or a segment's token (see SegmentColor) in one of the themes. The theme is an
+    /// argument so that a binding follows it.
+    Q_INVOKABLE QColor segmentColor(int token, bool dark) const;
+
 Q_SIGNALS:
     void changed();
 

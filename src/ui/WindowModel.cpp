@@ -28,6 +28,12 @@ void WindowModel::setFreeSpace(const QString& line) {
     Q_EMIT freeSpaceChanged();
 }
 
+void WindowModel::noteFrame() {
+    if (hasFrame_) return;
+    hasFrame_ = true;
+    Q_EMIT framed();
+}
+
 void WindowModel::checkAccess() {
     const bool had = hasAccess_;
     hasAccess_ = parts_.accessTest();

@@ -22,6 +22,7 @@ class WindowModel : public QObject {
     Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY accessChanged)
     Q_PROPERTY(QString selection READ selection WRITE setSelection NOTIFY selectionChanged)
     Q_PROPERTY(QVariantList destinations READ destinations CONSTANT)
+    Q_PROPERTY(bool hasFrame READ hasFrame NOTIFY framed)
     Q_PROPERTY(QString freeSpace READ freeSpace NOTIFY freeSpaceChanged)
 
 public:
@@ -36,6 +37,10 @@ public:
     QString freeSpace() const { return freeSpace_; }
     void setFreeSpace(const QString& line);
 
+    /// Whether the window has shown its first frame; what can wait until then does.
+    bool hasFrame() const { return hasFrame_; }
+    Q_INVOKABLE void noteFrame();
+
     /// Repeats the access test; the window goes over to the screens when it finds the files readable.
     Q_INVOKABLE void checkAccess();
     Q_INVOKABLE void openAccessSettings() const;
@@ -47,11 +52,13 @@ Q_SIGNALS:
     void accessGranted(); ///< once each time that a missing access turns out to be there
     void selectionChanged();
     void freeSpaceChanged();
+    void framed();
     void raiseRequested(); ///< the window is to come to the front
 
 private:
     WindowModelParts parts_;
     bool hasAccess_;
+    bool hasFrame_ = false;
     QString selection_ = rawValue(AppSidebarDestination::home);
     QString freeSpace_;
 };

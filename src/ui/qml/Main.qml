@@ -6,6 +6,8 @@ Window {
     id: main
 
     required property WindowModel shell
+    required property CleanupScreen cleanup
+    required property HomeScreen home
 
     width: 1100
     height: 760
@@ -14,6 +16,9 @@ Window {
     visible: true
     title: Strings.of("app.name")
     color: Theme.background
+
+    onActiveChanged: if (active && shell.hasFrame) home.readVolume()
+    onFrameSwapped: if (!shell.hasFrame) shell.noteFrame()
 
     Loader {
         anchors.fill: parent
@@ -26,7 +31,11 @@ Window {
     }
     Component {
         id: screens
-        SplitView { shell: main.shell }
+        SplitView {
+            shell: main.shell
+            cleanup: main.cleanup
+            home: main.home
+        }
     }
     Connections {
         target: main.shell

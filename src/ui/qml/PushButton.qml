@@ -26,7 +26,10 @@ FocusScope {
         if (enabled) pressed()
     }
 
-    implicitWidth: content.implicitWidth + (large ? 40 : kind === PushButton.Text ? 16 : 28)
+    readonly property int sides: large ? 40 : kind === PushButton.Text ? 16 : 28
+    readonly property int iconRoom: icon === "" ? 0 : 26
+
+    implicitWidth: Math.ceil(label.implicitWidth) + iconRoom + sides
     implicitHeight: Theme.controlHeight + (large ? 8 : 0)
     activeFocusOnTab: enabled
 
@@ -66,7 +69,7 @@ FocusScope {
         Label {
             id: label
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, Math.max(0, button.width - 20 - (button.icon === "" ? 0 : 26)))
+            width: Math.min(Math.ceil(implicitWidth), Math.max(0, button.width - 16 - button.iconRoom))
             text: button.text
             color: button.ink
             font.weight: button.filled ? Font.DemiBold : Font.Medium

@@ -29,22 +29,12 @@ Rectangle {
                 color: Theme.onProminent
             }
         }
-        Column {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - 42
-            Label {
-                width: parent.width
-                text: Strings.of("app.name")
-                font { pixelSize: Theme.section; weight: Font.Bold }
-                Accessible.role: Accessible.Heading
-            }
-            Label {
-                width: parent.width
-                visible: text !== ""
-                text: Strings.of("app.tagline")
-                color: Theme.muted
-                font.pixelSize: Theme.caption
-            }
+            text: Strings.of("app.name")
+            font { pixelSize: Theme.section; weight: Font.Bold }
+            Accessible.role: Accessible.Heading
         }
     }
 

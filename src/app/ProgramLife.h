@@ -1,0 +1,26 @@
+#pragma once
+#include "concurrency/TaskContext.h"
+#include "concurrency/TaskRegistry.h"
+#include "concurrency/WorkerPool.h"
+#include "platform/qt/QtClock.h"
+#include "platform/qt/QtExecutor.h"
+
+namespace vesko {
+
+/// What all flows of the program run on: the toolkit's loop, the workers, the clock. One object, made and
+/// ended on the main thread.
+class ProgramLife {
+public:
+    TaskContext tasks();
+    /// Ends all flows; to be called when the window's loop has ended. False: a worker is still blocked, so
+    /// nothing that it may use can be destroyed and the process has to end at once.
+    bool end();
+
+private:
+    QtExecutor home_;
+    QtClock clock_;
+    WorkerPool workers_;
+    TaskRegistry registry_;
+};
+
+} // namespace vesko

@@ -1,0 +1,28 @@
+#pragma once
+#include <QObject>
+
+namespace vesko {
+
+/// Keeps the program to one window a session. The first start takes a name on the session bus; a later one
+/// finds it taken, asks the first to show itself, and ends. Without a session bus every start counts as the
+/// first; on macOS the system itself does all this.
+class SingleInstance : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.vesko.Vesko")
+
+public:
+    explicit SingleInstance(QObject* parent = nullptr);
+
+    /// Takes the name. False: another instance has it and was asked to show itself. Blocks for two round
+    /// trips to the bus.
+    bool claim();
+
+public Q_SLOTS:
+    /// What a later start calls.
+    void Raise() { Q_EMIT raiseRequested(); }
+
+Q_SIGNALS:
+    void raiseRequested();
+};
+
+} // namespace vesko

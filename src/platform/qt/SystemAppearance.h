@@ -1,0 +1,39 @@
+#pragma once
+#include <QDBusVariant>
+#include <QObject>
+#include <QVariant>
+
+namespace vesko {
+
+/// How the person has set the system to look. At first judged by the palette that the toolkit took from the
+/// system; on Linux the desktop portal is asked as well, without waiting, and its answer and later changes
+/// win. Main thread.
+class SystemAppearance : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SystemAppearance(QObject* parent = nullptr);
+
+    bool isDark() const { return isDark_; }
+    bool prefersReducedMotion() const { return reducedMotion_; }
+    /// Asks the portal; to be called once the window stands.
+    void askPortal();
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void portalChanged(const QString& space, const QString& key, const QDBusVariant& value);
+
+private:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void judgePalette();
+    void take(const QString& space, const QString& key, const QVariant& value);
+    void ask(const QString& space, const QString& key);
+
+    bool isDark_ = false;
+    bool reducedMotion_ = false;
+    bool portalSpoke_ = false; ///< the portal has said which scheme; the palette counts no more
+};
+
+} // namespace vesko

@@ -1,0 +1,38 @@
+#pragma once
+#include "ui/CleanupScreen.h"
+#include "ui/HomeScreen.h"
+#include "ui/Strings.h"
+#include "ui/Theme.h"
+#include "ui/WindowModel.h"
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+namespace vesko {
+
+/// The window put together: the QML module over the models, which must outlive it. Main thread.
+class MainWindow {
+public:
+    MainWindow(WindowModel& shell, CleanupScreen& cleanup, HomeScreen& home);
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    /// The theme of this window; may be set before show().
+    Theme& theme() { return *theme_; }
+    /// Builds the window and shows it; false when its files could not be loaded.
+    bool show();
+    /// Null before show().
+    QQuickWindow* window() const { return window_; }
+    /// To be called after the language has changed: every text reads anew.
+    void languageChanged();
+
+private:
+    WindowModel& shell_;
+    CleanupScreen& cleanup_;
+    HomeScreen& home_;
+    QQmlApplicationEngine engine_;
+    Theme* theme_;
+    Strings* strings_;
+    QQuickWindow* window_ = nullptr;
+};
+
+} // namespace vesko

@@ -1,0 +1,100 @@
+#include "ui/ScreenStage.h"
+#include "background/SilentNotificationService.h"
+#include "base/Paths.h"
+#include "core/GroupBuilders.h"
+#include "core/ProbeCatalog.h"
+#include "enrichment/UnavailableEnrichment.h"
+#include "enrichment/UnavailableReview.h"
+#include "execution/SystemCleanupExecutor.h"
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QThread>
+
+namespace vesko::testing {
+
+ScreenStage::ScreenStage(bool hasAccess)
+    : model(makeModel()), access(hasAccess),
+      shell({.accessTest = [this] { return access; }, .openAccessSettings = [this] { ++settingsOpened; }}),
+      cleanup(model, files), homeScreen(model, volumes, shell), window(shell, cleanup, homeScreen) {
+    homeScreen.showVolume(volumes->volume);
+}
+
+std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
+    CleanupViewModelParts parts;
+    parts.tasks = life.tasks();
+    parts.scanCacheStore = std::make_shared<ScanCacheStore>(home.url("state/scan-cache.json"));
+    parts.enrichmentStore = std::make_shared<EnrichmentStore>(home.url("state/enrichment-cache.json"),
+                                                              "afm-2026-06-i18n", life.tasks());
+    parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(home.url("state/demoted-paths.json"));
+    parts.volumeReader = volumes;
+    parts.notificationService = std::make_shared<SilentNotificationService>();
+    parts.enricher = std::make_shared<UnavailableEnrichment>();
+    parts.reviewer = std::make_shared<UnavailableReview>();
+    parts.executor = std::make_shared<SystemCleanupExecutor>();
+    return std::make_shared<CleanupViewModel>(std::move(parts));
+}
+
+void ScreenStage::settle() {
+    for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
+}
+
+void ScreenStage::show() {
+    if (!window.show()) throw std::runtime_error("the window could not be loaded");
+    QElapsedTimer waited;
+    waited.start();
+    while (!shell.hasFrame() && waited.elapsed() < 10'000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(1);
+    }
+    settle();
+}
+
+ScannableItem item(const std::string& path, std::int64_t size, const std::string& key) {
+    const FileURL url(path);
+    return {url, size, true, key.empty() ? EnrichmentKey::forURL(url) : EnrichmentKey{key}, std::nullopt};
+}
+
+CleanupGroup group(const std::string& id, std::vector<ScannableItem> items) {
+    return makeGroup(probeMetadataByID().at(id), std::move(items));
+}
+
+std::vector<CleanupGroup> sampleGroups() {
+    const std::string home = homeFolder().path();
+    const std::string derived = home + "/Library/Developer/Xcode/DerivedData/";
+    const std::string longName(251, 'n');
+    return {
+        group("xcode.derivedData", {item(derived + "Aurora-bqkdvzrjxwlmpa", 18'400'000'000),
+                                    item(derived + "Cartographer-hfhgbvxnqsl", 7'250'000'000),
+                                    item(derived + "ModuleCache.noindex", 4'100'000'000),
+                                    item(derived + longName + ".tmp", 1'300'000'000)}),
+        group("cache.gradle", {item(home + "/.gradle/caches", 12'600'000'000)}),
+        group("cache.npm", {item(home + "/.npm/_cacache", 9'850'000'000)}),
+        group("downloads.stale", {item(home + "/Downloads/conference-recordings.zip", 6'400'000'000),
+                                  item(home + "/Downloads/ubuntu-image.iso", 4'900'000'000),
+                                  item(home + "/Downloads/old-photos-export.tar", 2'300'000'000)}),
+        group("cache.cargo", {item(home + "/.cargo/registry/cache", 3'900'000'000),
+                              item(home + "/.cargo/git/db", 640'000'000)}),
+        group("xcode.archives", {item(home + "/Library/Developer/Xcode/Archives/2025-11-02", 2'700'000'000)}),
+        group("trash", {item(home + "/.Trash/Holiday draft.mov", 1'900'000'000),
+                        item(home + "/.Trash/notes", 12'000'000)}),
+        group("cache.pip", {item(home + "/Library/Caches/pip", 1'450'000'000)}),
+        group(
+            "xcode.deviceSupport",
+            {item(home + "/Library/Developer/Xcode/iOS DeviceSupport/iPhone15,2 17.5 (21F79)", 5'600'000'000),
+             item(home + "/Library/Developer/Xcode/iOS DeviceSupport/iPad13,8 17.2", 600'000'000,
+                  "docker:unsupported")}),
+        group("logs.stale", {item(home + "/Library/Logs/install.log", 84'000'000)}),
+    };
+}
+
+void showGroups(CleanupViewModel& model, std::vector<CleanupGroup> groups) {
+    ScanReport report = SignificanceEngine().evaluate(std::move(groups), {});
+    model.groups = report.groups;
+    model.foundTotalBytes = report.foundTotalBytes;
+    model.indexedBytes = report.foundTotalBytes;
+    model.lastScanDate = std::optional(report.date);
+    model.enrichmentStore().seedHeuristics(*model.groups);
+    model.applyDefaultSelection();
+}
+
+} // namespace vesko::testing
