@@ -5,6 +5,7 @@
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
 #include "core/InstalledApplications.h"
+#include "enrichment/DemotedPathsStore.h"
 #include "probes/SystemCommandRunner.h"
 #include <algorithm>
 #include <exception>
@@ -23,6 +24,10 @@ ProbeResult runGuarded(const ScanProbe& probe, const ProbeContext& context) {
     } catch (const std::exception& error) {
         return {std::nullopt, {error.what()}};
     }
+}
+
+std::unordered_set<std::string> storedDemotedPaths() {
+    return DemotedPathsStore(DemotedPathsStore::defaultFileURL()).load();
 }
 
 /// What one scan keeps between its events. Lives in the scan's task and belongs to its home thread.
@@ -44,10 +49,12 @@ public:
 private:
     Task<void> makeContext() {
         auto made = std::make_shared<ProbeContext>();
-        made->demotedPaths = engine_.demotedPaths.value_or(std::unordered_set<std::string>());
         made->home = engine_.home ? *engine_.home : homeFolder();
-        auto listing = offload([] { return installedBundleIDs(); });
-        made->installedBundleIDs = co_await listing;
+        auto reading = offload([this, &made = *made] {
+            made.demotedPaths = engine_.demotedPaths ? *engine_.demotedPaths : storedDemotedPaths();
+            made.installedBundleIDs = installedBundleIDs();
+        });
+        co_await reading;
         made->now = engine_.dates->now();
         made->size = engine_.size;
         made->claimedPaths = claimedPaths(planned_, made->home);

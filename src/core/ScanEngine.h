@@ -27,7 +27,7 @@ struct ScanEngine {
     SignificanceEngine significanceEngine;
     std::int64_t maxConcurrency = 5;       ///< most probes in flight; below 1 nothing starts
     std::optional<ProbeIDs> probeIDsToRun; ///< present: only these run
-    std::optional<std::unordered_set<std::string>> demotedPaths; ///< absent: none
+    std::optional<std::unordered_set<std::string>> demotedPaths; ///< absent: those of the store
     std::optional<FileURL> home;                                 ///< absent: the current user's
     std::shared_ptr<const CommandRunning> runner;                ///< absent: a SystemCommandRunner
     const DateSource* dates = &systemDates();                    ///< outlives the scan

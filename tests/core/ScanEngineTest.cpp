@@ -326,6 +326,22 @@ TEST_F(ScanEngineTest, TheHomeIsTheUsersUnlessItIsGivenAndApplicationsAlwaysCome
     EXPECT_THAT(applications, ElementsAre(1, 1));
 }
 
+TEST_F(ScanEngineTest, DemotedPathsComeFromTheStoreUnlessTheyAreGiven) {
+    const testing::TempTree tree;
+    const testing::ScopedEnvironment data("XDG_DATA_HOME", tree.root().path());
+    tree.file("Vesko/demoted-paths.json", R"({"schemaVersion":1,"paths":["/left/out"]})");
+    std::vector<std::unordered_set<std::string>> given;
+    engine.probes = {probe("a", [&](const ProbeContext& context) {
+        given.push_back(context.demotedPaths);
+        return ProbeResult();
+    })};
+    engine.demotedPaths = {"/chosen"};
+    scanned();
+    engine.demotedPaths.reset();
+    scanned();
+    EXPECT_THAT(given, ElementsAre(ElementsAre("/chosen"), ElementsAre("/left/out")));
+}
+
 TEST_F(ScanEngineTest, ARunnerIsThereAlsoWhenNoneIsGiven) {
     std::atomic<bool> there = false;
     engine.probes = {probe(
