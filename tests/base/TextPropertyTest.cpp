@@ -17,7 +17,8 @@ std::string withoutShortcut(const std::string& text) { return text + " \u0416"; 
 RC_GTEST_PROP(TextProperty, PlainComparisonAndCollatorAgreeOnAscii, ()) {
     const std::string text = *printableAscii();
     const std::string needle = *printableAscii();
-    RC_PRE(!needle.empty() && needle.back() != ' ');
+    RC_PRE(!needle.empty());
+    RC_PRE(needle.back() != ' '); // It would match the blank that sends the text past the comparison.
     RC_ASSERT(containsIgnoringCase(text, needle) == containsIgnoringCase(withoutShortcut(text), needle));
 }
 
