@@ -36,6 +36,7 @@ TEST(Text, OneCharacterWrittenInTwoWaysIsTheSame) {
     EXPECT_TRUE(containsIgnoringCase("Vi\u0301deos", "V\u00EDDEOS"));
     EXPECT_TRUE(containsIgnoringCase("V\u00EDdeos", "i\u0301d"));
     EXPECT_FALSE(containsIgnoringCase("Vi\u0301deos", "vi"));
+    EXPECT_TRUE(containsIgnoringCase("q\u0307\u0323", "Q\u0323\u0307")) << "marks in another order";
 }
 
 TEST(Text, TheAnswerIsTheSameWhetherTheTextIsAsciiOrNot) {
