@@ -54,6 +54,14 @@ TEST(Text, BytesThatAreNoTextAreSearchedAsTheyAreShown) {
     EXPECT_FALSE(containsIgnoringCase("caf\xE9.txt", "café"));
 }
 
+TEST(Text, LettersThatAreMoreThanALetterAndAnAccentKeepTheirCase) {
+    EXPECT_TRUE(containsIgnoringCase("L'Haÿ", "HA\u0178"));
+    EXPECT_FALSE(containsIgnoringCase("ÿ", "ß"));
+    EXPECT_TRUE(containsIgnoringCase("SMØRGÅS", "smørgås"));
+    EXPECT_TRUE(containsIgnoringCase("ÆGIR", "ægir"));
+    EXPECT_FALSE(containsIgnoringCase("3×4", "3÷4"));
+}
+
 TEST(Text, ANeedleChangesFromCallToCall) {
     EXPECT_TRUE(containsIgnoringCase("ação", "ÇÃ"));
     EXPECT_FALSE(containsIgnoringCase("ação", "ÇO"));
