@@ -260,8 +260,11 @@ TEST_P(Remover, TriesNothingTwiceThatCannotGo) {
     if (const std::string why = whyNoInjection(); !why.empty()) GTEST_SKIP() << why;
     for (int i = 0; i < 50; ++i) tree.file("victim/" + std::to_string(i));
     tree.giveAway();
-    std::vector<std::string> words = {
-        "strace", "-f", "-o", tree.path("log"), "-e", "trace=unlinkat", "-e", "inject=unlinkat:error=EACCES"};
+    std::vector<std::string> words = {"strace", "-f",
+                                      "-o",     tree.path("log"),
+                                      "-P",     tree.path("victim"),
+                                      "-e",     "trace=unlinkat",
+                                      "-e",     "inject=unlinkat:error=EACCES"};
     const std::vector<std::string> tool = treeToolWords(Rights::asStarted, {"remove", tree.path("victim")});
     words.insert(words.end(), tool.begin(), tool.end());
     EXPECT_THAT(runProgram(words).output, StartsWith("permission 13 "));

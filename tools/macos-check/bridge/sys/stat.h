@@ -1,4 +1,5 @@
-// The dates of a file have other names on macOS: st_mtimespec where POSIX says st_mtim.
+// The dates of a file have other names on macOS: st_mtimespec where POSIX says st_mtim. Two fields that only macOS
+// has stand for others of a fitting type.
 #pragma once
 #define st_atim st_atimespec
 #define st_mtim st_mtimespec
@@ -13,3 +14,6 @@
 #define st_atime st_atimespec.tv_sec
 #define st_mtime st_mtimespec.tv_sec
 #define st_ctime st_ctimespec.tv_sec
+#define st_birthtimespec st_ctimespec
+#define st_flags st_uid
+enum { UF_IMMUTABLE = 2, UF_APPEND = 4, SF_IMMUTABLE = 0x20000, SF_APPEND = 0x40000 };

@@ -20,13 +20,21 @@ typedef struct attrreference {
     int32_t attr_dataoffset;
     uint32_t attr_length;
 } attrreference_t;
-enum { ATTR_BIT_MAP_COUNT = 5, FSOPT_NOFOLLOW = 1, VREG = 1, VDIR = 2 };
+enum { ATTR_BIT_MAP_COUNT = 5, FSOPT_NOFOLLOW = 1, VREG = 1, VDIR = 2, VLNK = 5 };
 #define ATTR_CMN_RETURNED_ATTRS 0x80000000u
 enum {
     ATTR_CMN_NAME = 1,
+    ATTR_CMN_DEVID = 2,
     ATTR_CMN_OBJTYPE = 8,
+    ATTR_CMN_CRTIME = 0x200,
     ATTR_CMN_MODTIME = 0x400,
+    ATTR_CMN_OWNERID = 0x8000,
+    ATTR_CMN_FLAGS = 0x40000,
     ATTR_CMN_FILEID = 0x02000000,
+    ATTR_CMN_ERROR = 0x20000000,
+    ATTR_DIR_MOUNTSTATUS = 4,
+    ATTR_DIR_ALLOCSIZE = 8,
+    DIR_MNTSTATUS_MNTPOINT = 1,
     ATTR_FILE_LINKCOUNT = 1,
     ATTR_FILE_ALLOCSIZE = 4,
     ATTR_FILE_DATALENGTH = 0x200
