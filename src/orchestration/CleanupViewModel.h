@@ -206,8 +206,8 @@ private:
     // Selection.
     bool mayTouchSelection() const { return phase->kind != CleanupPhase::Kind::cleaning; }
     bool isSafe(const ScannableItem& item, const CleanupGroup& group) const;
-    template <class Items> void setAll(bool isSelected, const Items& items);
-    template <class Items> TriState stateOf(const Items& items) const;
+    void setAll(bool isSelected, const std::vector<ItemList>& lists);
+    void discard(URLSet set);
     void reconsider(const std::unordered_set<EnrichmentKey>& keys, const std::vector<CleanupGroup>& list);
     GroupFigures workOutFigures(const CleanupGroup& group) const;
     GroupVerdict workOutVerdict(const CleanupGroup& group) const;

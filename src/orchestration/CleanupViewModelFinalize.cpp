@@ -36,6 +36,8 @@ Task<bool> CleanupViewModel::finalizeScan(ScanReport report, ScanMode mode, cons
     if (run.isCancelled()) co_return false;
 
     groups = std::move(judged.groups);
+    figures_.keepOnly(*groups);
+    verdicts_.keepOnly(*groups);
     foundTotalBytes = judged.foundTotalBytes;
     lastScanDate = report.date;
     scanProgress = std::nullopt;

@@ -31,8 +31,17 @@ void CleanupViewModel::applyDefaultSelection() {
     for (const CleanupGroup& group : *groups)
         for (const ScannableItem& item : group.items)
             if (isSelectable(item) && isSafe(item, group)) selected.insert(item.url);
-    userOverriddenIDs = URLSet();
+    URLSet overridden;
+    userOverriddenIDs.modify([&](URLSet& ids) { ids.swap(overridden); });
     selectedItemIDs.modify([&](URLSet& ids) { ids.swap(selected); });
+    discard(std::move(selected));
+    discard(std::move(overridden));
+}
+
+/// Frees a large set on a worker: 100,000 entries take longer than a frame.
+void CleanupViewModel::discard(URLSet set) {
+    if (set.size() < 1000) return;
+    parts_.tasks.workers->post([kept = std::make_shared<URLSet>(std::move(set))] { kept->clear(); });
 }
 
 void CleanupViewModel::applyDefaultSelectionToNewGroups() {
@@ -72,28 +81,36 @@ void CleanupViewModel::reconsider(const std::unordered_set<EnrichmentKey>& keys,
     });
 }
 
-template <class Items> void CleanupViewModel::setAll(bool isSelected, const Items& items) {
+/// Every choice of the person comes through here.
+void CleanupViewModel::setAll(bool isSelected, const std::vector<ItemList>& lists) {
     if (!mayTouchSelection()) return;
-    userOverriddenIDs.modify([&](URLSet& ids) {
-        for (const ScannableItem& item : items)
-            if (isSelectable(item)) ids.insert(item.url);
-    });
-    selectedItemIDs.modify([&](URLSet& ids) {
-        for (const ScannableItem& item : items) {
-            if (!isSelectable(item)) continue;
-            if (isSelected)
-                ids.insert(item.url);
-            else
-                ids.erase(item.url);
+    std::size_t most = 0;
+    for (const ItemList& items : lists) most += items.size();
+    const auto change = [&](URLSet& ids, bool isIn) {
+        if (isIn && most > 1000) ids.reserve(ids.size() + most);
+        for (const ItemList& items : lists) {
+            for (const ScannableItem& item : items) {
+                if (!isSelectable(item)) continue;
+                if (isIn)
+                    ids.insert(item.url);
+                else
+                    ids.erase(item.url);
+            }
         }
-    });
+    };
+    userOverriddenIDs.modify([&](URLSet& ids) { change(ids, true); });
+    selectedItemIDs.modify([&](URLSet& ids) { change(ids, isSelected); });
 }
 
 void CleanupViewModel::setSelected(bool isSelected, const ScannableItem& item) {
-    if (isSelectable(item)) setAll(isSelected, ItemList{item});
+    if (isSelectable(item)) setAll(isSelected, {ItemList{item}});
 }
 
-template <class Items> TriState CleanupViewModel::stateOf(const Items& items) const {
+TriState CleanupViewModel::selectionState(const ItemList& items) const {
+    return selectionState(items.values());
+}
+
+TriState CleanupViewModel::selectionState(const std::vector<ScannableItem>& items) const {
     std::int64_t selectable = 0;
     std::int64_t selected = 0;
     for (const ScannableItem& item : items) {
@@ -104,18 +121,23 @@ template <class Items> TriState CleanupViewModel::stateOf(const Items& items) co
     return triState(selected, selectable);
 }
 
-TriState CleanupViewModel::selectionState(const ItemList& items) const { return stateOf(items); }
-TriState CleanupViewModel::selectionState(const std::vector<ScannableItem>& items) const {
-    return stateOf(items);
-}
-
 void CleanupViewModel::toggleGroup(const CleanupGroup& group) {
-    setAll(selectionState(group.items) != TriState::on, group.items);
+    setAll(groupFigures(group).selection != TriState::on, {group.items});
 }
 
 void CleanupViewModel::toggleSection(const CleanupSection& section) {
-    const std::vector<ScannableItem> items = sectionItems(section);
-    setAll(selectionState(items) != TriState::on, items);
+    std::vector<ItemList> lists;
+    bool isAllSelected = true; // of what can be selected, and there is some
+    bool isSelectable = false;
+    for (const CleanupGroup& group : *groups) {
+        if (group.section != section) continue;
+        lists.push_back(group.items);
+        const GroupFigures figures = groupFigures(group);
+        if (!figures.isSelectable) continue;
+        isSelectable = true;
+        isAllSelected = isAllSelected && figures.selection == TriState::on;
+    }
+    if (isSelectable) setAll(!isAllSelected, lists);
 }
 
 std::vector<ScannableItem> CleanupViewModel::sectionItems(const CleanupSection& section) const {
