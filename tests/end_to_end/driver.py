@@ -257,6 +257,11 @@ class Node:
                 yield child
             yield from child.all(role, name)
 
+    def top(self):
+        """The upper edge on the screen, in pixels."""
+        interface = self._ask(self.accessible.get_component_iface, None)
+        return interface.get_extents(self.program.session.atspi.CoordType.SCREEN).y if interface else None
+
     def actions(self):
         interface = self._ask(self.accessible.get_action_iface, None)
         if interface is None:
