@@ -11,7 +11,7 @@
 #include <chrono>
 #include <future>
 #include <gmock/gmock.h>
-#include <numeric>
+#include <latch>
 #include <thread>
 
 namespace vesko {
@@ -177,6 +177,31 @@ TEST(SizeInParallel, MeasurementsOnWorkersSeeTheCancellation) {
     EXPECT_EQ(static_cast<std::size_t>(told), sizes->calls().size());
     EXPECT_THAT(items, SizeIs(sizes->calls().size()));
     EXPECT_LE(items.size(), 16U);
+}
+
+/// Runs each closure on a bare thread, which knows of no task.
+struct BareThreads final : Executor {
+    ~BareThreads() override {
+        for (std::thread& thread : threads) thread.join();
+    }
+    void post(std::function<void()> closure) override { threads.emplace_back(std::move(closure)); }
+    std::vector<std::thread> threads;
+};
+
+TEST(SizeInParallel, TheCancellationGoesAlongToWhateverThreadMeasures) {
+    BareThreads workers;
+    StopSource source;
+    std::latch allMeasure(4);
+    std::atomic<int> told = 0;
+    const auto sizes = std::make_shared<ScriptedSizes>([&](const FileURL&) -> std::int64_t {
+        allMeasure.arrive_and_wait();
+        source.requestStop();
+        if (currentTaskIsCancelled()) ++told;
+        return 5;
+    });
+    const CurrentTaskScope scope(source.token());
+    sizeInParallel(std::vector<ParallelSizeInput>(4, input("/x")), contextWith(sizes, &workers));
+    EXPECT_EQ(told, 4);
 }
 
 TEST(SizeInParallel, AnEmptyFolderSurvivesUnlessASmallestSizeForbidsIt) {
