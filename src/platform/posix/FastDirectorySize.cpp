@@ -17,7 +17,8 @@ public:
     Next visit(const TreeEntry& entry, unsigned worker) override {
         const bool isOfThisTree = !entry.status.isMountRoot || entry.isThroughLink || entry.depth == 0;
         const bool isDangling = followsLinks_ && entry.status.kind == EntryKind::link;
-        if (isOfThisTree && !isDangling && entry.isFirstSighting) sum_.add(worker, entry.status.allocatedBytes);
+        if (isOfThisTree && !isDangling && entry.isFirstSighting)
+            sum_.add(worker, entry.status.allocatedBytes);
         return Next::enter;
     }
     std::int64_t bytes() const { return sum_.total(); }

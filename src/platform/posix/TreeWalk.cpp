@@ -130,7 +130,8 @@ void TreeWalk::shareWork(Worker& worker) {
 }
 
 void TreeWalk::startHelpersForLargeTree(const Worker& worker) {
-    if (!helpers_.empty() || mostWorkers_ < 2 || worker.entries < options_.largeTree || worker.stack.empty()) return;
+    if (!helpers_.empty() || mostWorkers_ < 2 || worker.entries < options_.largeTree || worker.stack.empty())
+        return;
     // A caller that names a number gets it; otherwise the machine's cores are shared by all walks.
     unsigned wanted = mostWorkers_ - 1;
     if (options_.threads == 0) {
