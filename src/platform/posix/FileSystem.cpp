@@ -125,13 +125,14 @@ std::optional<std::string> readToEnd(int descriptor, std::uint64_t expected, std
 /// Tells the files of this process from those of an earlier one that had the same process number, as happens
 /// in containers, where every start gets the same.
 const std::string& processMark() {
-    static const std::string mark = [] {
+    // Never destroyed: a thread may still be reading ahead while the program ends.
+    static const std::string& mark = *new std::string([] {
         std::random_device random;
         constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
         std::string text;
         for (int count = 0; count < 12; ++count) text += digits[random() % digits.size()];
         return text;
-    }();
+    }());
     return mark;
 }
 
