@@ -1,5 +1,6 @@
 #include "core/PathOverlapIndex.h"
 
+#include "base/ProgrammingError.h"
 #include <bit>
 #include <utility>
 
@@ -10,8 +11,7 @@ namespace {
 class GrowingHash {
 public:
     void add(char byte) noexcept { value_ = (value_ ^ static_cast<unsigned char>(byte)) * 0x100000001b3U; }
-    /// Its low bits, mixed well enough to be a place.
-    std::uint64_t value() const noexcept { return value_ ^ (value_ >> 29); }
+    std::uint32_t value() const noexcept { return static_cast<std::uint32_t>(value_ ^ (value_ >> 32)); }
 
 private:
     std::uint64_t value_ = 0xcbf29ce484222325U;
@@ -27,68 +27,58 @@ template <class Visit> void visitBeginnings(std::string_view path, Visit visit) 
     visit(hash.value(), path.size());
 }
 
+constexpr std::size_t longestPath = (1U << 30) - 1;
+
 } // namespace
 
-PathOverlapIndex::PathOverlapIndex(std::vector<std::string> paths)
-    // Room for two beginnings a path from the start: most lie beside each other in few folders.
-    : members_(std::move(paths)), places_(std::bit_ceil(members_.size() * 4 + 64)) {
-    for (std::size_t member = 0; member < members_.size(); ++member)
-        insert(static_cast<std::uint32_t>(member));
-}
+/// Two beginnings a path: most lie beside each other in few folders.
+PathOverlapIndex::PathOverlapIndex(std::size_t expectedPaths)
+    : places_(std::bit_ceil(expectedPaths * 4 + 64)) {}
 
-void PathOverlapIndex::insert(std::uint32_t member) {
-    visitBeginnings(members_[member], [&](std::uint64_t hash, std::size_t length) {
-        enter(hash, member, length);
+void PathOverlapIndex::insert(std::string_view path) {
+    if (path.size() > longestPath) programmingError("a path of a gigabyte");
+    isEmpty_ = false;
+    const std::size_t offset = texts_.size();
+    texts_ += path;
+    visitBeginnings(path, [&](std::uint32_t hash, std::size_t length) {
+        Beginning& place = places_[placeOf(hash, path.substr(0, length))];
+        if (length == path.size()) place.isMember = 1;
+        if (place.isTaken) return true;
+        place.offset = offset;
+        place.hash = hash;
+        place.length = static_cast<std::uint32_t>(length) & longestPath;
+        place.isTaken = 1;
+        if (++taken_ * 2 > places_.size()) grow();
         return true;
     });
-}
-
-void PathOverlapIndex::enter(std::uint64_t hash, std::uint32_t member, std::size_t length) {
-    const std::string_view path = members_[member];
-    Beginning& place = places_[placeOf(hash, path.substr(0, length))];
-    if (length == path.size()) place.isMember = true;
-    if (place.isTaken) return;
-    place.hash = hash;
-    place.member = member;
-    place.length = static_cast<std::uint32_t>(length);
-    place.isTaken = true;
-    if (++taken_ * 2 > places_.size()) grow();
 }
 
 void PathOverlapIndex::grow() {
     std::vector<Beginning> old(places_.size() * 2);
     old.swap(places_);
     for (const Beginning& each : old)
-        if (each.isTaken)
-            places_[placeOf(each.hash, std::string_view(members_[each.member]).substr(0, each.length))] =
-                each;
+        if (each.isTaken) places_[placeOf(each.hash, textOf(each))] = each;
 }
 
-std::size_t PathOverlapIndex::placeOf(std::uint64_t hash, std::string_view text) const {
+/// Where the text is, or the free place where it would be.
+std::size_t PathOverlapIndex::placeOf(std::uint32_t hash, std::string_view text) const {
     const std::size_t mask = places_.size() - 1;
     for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
         const Beginning& there = places_[place];
-        if (!there.isTaken) return place;
-        if (there.hash == hash && std::string_view(members_[there.member]).substr(0, there.length) == text)
-            return place;
+        if (!there.isTaken || (there.hash == hash && textOf(there) == text)) return place;
     }
-}
-
-const PathOverlapIndex::Beginning* PathOverlapIndex::find(std::uint64_t hash, std::string_view text) const {
-    const Beginning& place = places_[placeOf(hash, text)];
-    return place.isTaken ? &place : nullptr;
 }
 
 PathOverlapIndex::Relation PathOverlapIndex::relationOf(std::string_view path) const {
     Relation relation = Relation::none;
-    visitBeginnings(path, [&](std::uint64_t hash, std::size_t length) {
-        const Beginning* found = find(hash, path.substr(0, length));
-        if (found && found->isMember) {
+    visitBeginnings(path, [&](std::uint32_t hash, std::size_t length) {
+        const Beginning& found = places_[placeOf(hash, path.substr(0, length))];
+        if (found.isMember) {
             relation = Relation::held;
-        } else if (found && length == path.size()) {
+        } else if (found.isTaken && length == path.size()) {
             relation = Relation::contains;
         }
-        return found && !found->isMember;
+        return found.isTaken && !found.isMember;
     });
     return relation;
 }

@@ -37,24 +37,33 @@ bool isStandardized(std::string_view path) {
     return true;
 }
 
-bool overlaps(const PathOverlapIndex& covered, const std::string& path) {
-    return isStandardized(path) ? covered.overlaps(path) : covered.overlaps(standardizedPath(path));
+/// Gives the item's path in its cleaned form to `use`; a copy is made only where it is not clean already.
+template <class Use> auto withStandardizedPath(const ScannableItem& item, Use use) {
+    const std::string& path = item.url.path();
+    return isStandardized(path) ? use(path) : use(standardizedPath(path));
 }
 
-std::vector<std::string> coveredPaths(const std::vector<CleanupGroup>& groups) {
+PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
     std::size_t count = 0;
     for (const CleanupGroup& group : groups)
         if (!isDiscovery(group)) count += group.items.size();
-    std::vector<std::string> covered;
-    covered.reserve(count);
+    PathOverlapIndex covered(count);
     for (const CleanupGroup& group : groups) {
         if (isDiscovery(group)) continue;
-        for (const ScannableItem& item : group.items) {
-            const std::string& path = item.url.path();
-            covered.push_back(isStandardized(path) ? path : standardizedPath(path));
-        }
+        for (const ScannableItem& item : group.items)
+            withStandardizedPath(item, [&](std::string_view path) { covered.insert(path); });
     }
     return covered;
+}
+
+/// The items of a discovery group that nothing covers.
+std::vector<ScannableItem> uncovered(const ItemList& items, const PathOverlapIndex& covered) {
+    std::vector<ScannableItem> kept;
+    kept.reserve(items.size());
+    for (const ScannableItem& item : items)
+        if (!withStandardizedPath(item, [&](std::string_view path) { return covered.overlaps(path); }))
+            kept.push_back(item);
+    return kept;
 }
 
 /// Of two items with the same URL the larger stays, of two equal ones the first.
@@ -103,7 +112,7 @@ ScanReport SignificanceEngine::evaluate(std::vector<CleanupGroup> groups, std::v
 }
 
 std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> groups) {
-    const PathOverlapIndex covered(coveredPaths(groups));
+    const PathOverlapIndex covered = coveredPaths(groups);
     if (covered.empty()) return groups;
     std::vector<CleanupGroup> result;
     result.reserve(groups.size());
@@ -112,9 +121,7 @@ std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> gro
             result.push_back(std::move(group));
             continue;
         }
-        std::vector<ScannableItem> kept;
-        for (const ScannableItem& item : group.items)
-            if (!overlaps(covered, item.url.path())) kept.push_back(item);
+        std::vector<ScannableItem> kept = uncovered(group.items, covered);
         if (kept.empty()) continue;
         if (kept.size() == group.items.size()) {
             result.push_back(std::move(group));
@@ -126,7 +133,11 @@ std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> gro
 }
 
 std::vector<CleanupGroup> consolidateProjectArtifacts(std::vector<CleanupGroup> groups) {
+    std::size_t count = 0;
+    for (const CleanupGroup& group : groups)
+        if (isProjectArtifacts(group)) count += group.items.size();
     std::vector<ScannableItem> artifacts;
+    artifacts.reserve(count);
     for (const CleanupGroup& group : groups)
         if (isProjectArtifacts(group))
             artifacts.insert(artifacts.end(), group.items.begin(), group.items.end());
