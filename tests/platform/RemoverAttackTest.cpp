@@ -77,10 +77,11 @@ bool isHeldByTracer(pid_t process) {
     return false;
 }
 
-/// Waits until the traced tool is held for longer than any ordinary stop lasts; false when it ended before.
+/// Waits until the traced tool is held for longer than an ordinary stop lasts on a busy machine; false when
+/// it ended before.
 bool waitForDelay(Running& tracer) {
     int seen = 0;
-    while (seen < 10) {
+    while (seen < 40) {
         if (tracer.hasEnded()) return false;
         const pid_t tool = onlyChildOf(tracer.process());
         seen = tool > 0 && isHeldByTracer(tool) ? seen + 1 : 0;
@@ -114,7 +115,7 @@ TEST_P(RemoverUnderAttack, AFolderSwappedForALinkLeadsNowhere) {
     tree.text("outside/inner/canary", "alive too");
     tree.file("victim/sub/own");
     tree.file("victim/sub/inner/own");
-    tree.link("swap", "outside");
+    tree.link("swap", tree.path("outside"));
     tree.giveAway();
     const std::uint64_t inodes[] = {tree.inode("outside/canary"), tree.inode("outside/inner/canary")};
 
@@ -127,7 +128,7 @@ TEST_P(RemoverUnderAttack, AFolderSwappedForALinkLeadsNowhere) {
          {std::string("strace"), std::string("-f"), std::string("-o"), tree.path("logs/trace"),
           std::string("-P"), std::string("sub"), std::string("-P"), tree.path("victim/sub"),
           std::string("-e"), "trace=" + call, std::string("-e"),
-          "inject=" + call + ":delay_enter=800000:when=1", std::string(VESKO_TREE_TOOL),
+          "inject=" + call + ":delay_enter=2000000:when=1", std::string(VESKO_TREE_TOOL),
           std::string("remove"), tree.path("victim")})
         words.push_back(word);
     {
