@@ -5,6 +5,16 @@ namespace {
 
 using CleanupScan = CleanupTest;
 
+/// Holds the worker that judges a list, which asks for the report's date, until the gate opens.
+class DatesBehindAGate final : public DateSource {
+public:
+    Date now() const override {
+        gate.wait();
+        return {};
+    }
+    mutable Gate gate;
+};
+
 TEST_F(CleanupScan, AFullScanShowsWhatItFoundAndSelectsWhatIsSafe) {
     make();
     finds({group("cache.npm", {item("/h/npm", 100)}),
@@ -196,25 +206,20 @@ TEST_F(CleanupScan, CancellingShowsAtOnceAndKeepsWhatWasFound) {
 }
 
 TEST_F(CleanupScan, ADeltaInHandWhenTheCancellationIsSeenMakesTheScanPartial) {
+    DatesBehindAGate judging;
+    parts.dates = &judging;
     make();
-    maxConcurrency = 1;
     finds({group("cache.npm", {item("/h/npm", 100)})});
-    const auto gate = findsBehindAGate(group("trash", {item("/h/t", 5)}));
     const TaskHandle<void> task = beginScan();
-    // The progress of a finished probe shows while its group is still being judged.
-    bool isCancelled = false;
-    const auto watch = model->changes.subscribe([&] {
-        if (isCancelled || !model->scanProgress->has_value()) return;
-        if ((*model->scanProgress)->directoriesVisited != 1) return;
-        isCancelled = true;
-        model->cancelScan();
-    });
+    ASSERT_TRUE(loop.waitFor([&] { return *model->indexedBytes == 100; }));
+    model->cancelScan();
+    EXPECT_FALSE(*model->scanWasPartial);
+    judging.gate.open();
     finish(task);
-    EXPECT_TRUE(isCancelled);
     EXPECT_TRUE(*model->scanWasPartial);
     EXPECT_TRUE(model->groups->empty());
     EXPECT_EQ(*model->phase, CleanupPhase::idle());
-    gate->open();
+    EXPECT_FALSE(saved());
 }
 
 TEST_F(CleanupScan, AScanCancelledBetweenTwoDeltasIsNotMarked) {
@@ -230,38 +235,46 @@ TEST_F(CleanupScan, AScanCancelledBetweenTwoDeltasIsNotMarked) {
 }
 
 TEST_F(CleanupScan, ACancelledScanLeavesTheNextOneAlone) {
+    DatesBehindAGate judging;
+    parts.dates = &judging;
     make();
-    const auto gate = findsBehindAGate(group("trash", {item("/h/t", 5)}));
+    finds({group("cache.pip", {item("/h/pip", 100)})});
     const TaskHandle<void> first = beginScan();
-    ASSERT_TRUE(loop.waitFor([&] { return model->scanProgress->has_value(); }));
+    ASSERT_TRUE(loop.waitFor([&] { return *model->indexedBytes == 100; }));
     model->cancelScan();
     probes.clear();
-    const auto second = findsBehindAGate(group("cache.npm", {item("/h/npm", 7)}));
+    const auto probing = findsBehindAGate(group("cache.npm", {item("/h/npm", 7)}));
     const TaskHandle<void> next = beginScan();
-    finish(first);
     ASSERT_TRUE(loop.waitFor([&] { return model->scanProgress->has_value(); }));
+    ASSERT_FALSE(first.done());
+    judging.gate.open();
+    finish(first);
     EXPECT_EQ(*model->phase, CleanupPhase::scanning());
     EXPECT_EQ(*model->scanPhase, ScanPhase::scanning);
-    gate->open();
-    second->open();
+    EXPECT_FALSE(*model->scanWasPartial);
+    probing->open();
     finish(next);
     EXPECT_EQ(idsOf(*model->groups), std::vector<std::string>{"cache.npm"});
     EXPECT_EQ(*model->phase, CleanupPhase::idle());
 }
 
 TEST_F(CleanupScan, ACancelledScanThatWakesLateDoesNotEndADeletion) {
+    DatesBehindAGate judging;
+    parts.dates = &judging;
     make();
-    const FileURL kept = tree.file("kept");
-    finds({group("cache.npm", {item(kept.path(), 100)})});
-    const TaskHandle<void> first = beginScan();
-    ASSERT_TRUE(loop.waitFor([&] { return model->scanProgress->has_value(); }));
+    finds({group("cache.pip", {item("/h/pip", 100)})});
+    const TaskHandle<void> task = beginScan();
+    ASSERT_TRUE(loop.waitFor([&] { return *model->indexedBytes == 100; }));
     model->cancelScan();
     model->phase = CleanupPhase::cleaning();
-    ASSERT_TRUE(loop.waitFor([&] { return first.done(); }));
+    judging.gate.open();
+    finish(task);
     EXPECT_EQ(*model->phase, CleanupPhase::cleaning());
+    EXPECT_TRUE(model->groups->empty());
+    EXPECT_TRUE(*model->scanWasPartial);
+    model->phase = CleanupPhase::idle();
 }
 
-/// Keeps the caller of a notification waiting: the place after everything of a scan has been written down.
 TEST_F(CleanupScan, CancellingAfterTheReportKeepsItAndSelectsNothing) {
     make();
     finds({group("cache.npm", {item("/h/npm", 100)})});
