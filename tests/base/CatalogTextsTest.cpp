@@ -2,6 +2,7 @@
 
 #include "base/LanguageGuard.h"
 #include "base/RequiredTexts.h"
+#include "base/Text.h"
 #include <algorithm>
 #include <cctype>
 #include <gmock/gmock.h>
@@ -190,6 +191,14 @@ TEST(CatalogTexts, ReasonsAreSentencesAndTitlesAreNot) {
             EXPECT_NE(title.back(), '.') << title;
             EXPECT_EQ(reason.back(), '.') << reason;
             EXPECT_NE(reason.find(' '), std::string::npos) << reason;
+        }
+}
+
+TEST(CatalogTexts, ReasonsFitOnTheirOneLine) {
+    for (const std::string_view id : probesWithTexts)
+        for (const Language language : languages) {
+            const std::string reason = catalogText("probe." + std::string(id) + ".reason", language);
+            EXPECT_LE(characterCount(reason), 95U) << reason;
         }
 }
 
