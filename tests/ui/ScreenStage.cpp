@@ -35,7 +35,19 @@ std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
 }
 
 void ScreenStage::settle() {
-    for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
+    for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
+    QQuickWindow* shown = window.window();
+    if (!shown || !shown->isExposed()) return;
+    // What is laid out is laid out before a frame.
+    bool framed = false;
+    const auto connection =
+        QObject::connect(shown, &QQuickWindow::frameSwapped, &shell, [&framed] { framed = true; });
+    shown->update();
+    QElapsedTimer waited;
+    waited.start();
+    while (!framed && waited.elapsed() < 2000) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    QObject::disconnect(connection);
+    for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
 }
 
 void ScreenStage::show() {

@@ -70,34 +70,37 @@ FocusScope {
                     }
                 }
             }
-            Label {
+            Column {
                 width: parent.width
-                height: implicitHeight - 8
-                text: Strings.of("home.quickActionsTitle")
-                font { pixelSize: Theme.section; weight: Font.DemiBold }
-                Accessible.role: Accessible.Heading
-            }
-            Grid {
-                id: cards
-                readonly property int cell: (width - (page.columns - 1) * 16) / page.columns
-                width: parent.width
-                columns: page.columns
-                spacing: 16
-                ShortcutCard {
-                    width: cards.cell
-                    icon: "trash"
-                    title: Strings.of("home.shortcut.reviewCleanup")
-                    subtitle: page.screen.reviewSubtitle
-                    focus: true
-                    onActed: page.screen.reviewCleanup()
+                spacing: Theme.inset
+                Label {
+                    width: parent.width
+                    text: Strings.of("home.quickActionsTitle")
+                    font { pixelSize: Theme.section; weight: Font.DemiBold }
+                    Accessible.role: Accessible.Heading
                 }
-                ShortcutCard {
-                    width: cards.cell
-                    icon: "arrow.clockwise"
-                    title: Strings.of("home.shortcut.scanNow")
-                    subtitle: page.screen.scanSubtitle
-                    isDisabled: !page.screen.canScan
-                    onActed: page.screen.scanNow()
+                Grid {
+                    id: cards
+                    readonly property int cell: (width - (page.columns - 1) * 16) / page.columns
+                    width: parent.width
+                    columns: page.columns
+                    spacing: 16
+                    ShortcutCard {
+                        width: cards.cell
+                        icon: "trash"
+                        title: Strings.of("home.shortcut.reviewCleanup")
+                        subtitle: page.screen.reviewSubtitle
+                        focus: true
+                        onActed: page.screen.reviewCleanup()
+                    }
+                    ShortcutCard {
+                        width: cards.cell
+                        icon: "arrow.clockwise"
+                        title: Strings.of("home.shortcut.scanNow")
+                        subtitle: page.screen.scanSubtitle
+                        isDisabled: !page.screen.canScan
+                        onActed: page.screen.scanNow()
+                    }
                 }
             }
         }

@@ -82,7 +82,8 @@ Item {
     IconButton {
         id: reveal
         anchors { right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
-        opacity: hover.hovered || item.row.focused || activeFocus ? 1 : 0
+        // Not quite 0: assistive tools reach it without a pointer.
+        opacity: hover.hovered || item.row.focused || activeFocus ? 1 : 0.01
         activeFocusOnTab: item.row.current
         icon: "arrow.up.forward.square"
         name: Strings.of("a11y.revealInFinder")
