@@ -161,9 +161,7 @@ void describe(QString& text, QAccessibleInterface* element, int depth) {
         text += QStringLiteral(" checked");
     if (state.selected) text += QStringLiteral(" selected");
     const QString name = element->text(QAccessible::Name);
-    const QString description = element->text(QAccessible::Description);
     if (!name.isEmpty()) text += QStringLiteral(" \"%1\"").arg(name);
-    if (!description.isEmpty()) text += QStringLiteral(" (%1)").arg(description);
     text += QLatin1Char('\n');
     for (int i = 0; i < element->childCount(); ++i) describe(text, element->child(i), depth + 1);
 }
