@@ -106,7 +106,7 @@ std::string CleanupViewModel::displayTitle(const CleanupGroup& group) const {
 
 std::string CleanupViewModel::itemTitle(const ScannableItem& item, const CleanupGroup& group) const {
     if (!group.id.starts_with("cache.")) return resolve(item, &group).friendlyName;
-    const std::string title = catalogTitle(group);
+    std::string title = catalogTitle(group);
     if (group.items.size() < 2) return title;
     const std::optional<std::string> hint = cacheLocationHint(item.url);
     return hint ? title + " · " + *hint : title;
