@@ -125,7 +125,8 @@ class StandIns(unittest.TestCase):
 
     def testTheToolsStandAtTheirOwnPathsForThatProcessAlone(self):
         self.needs_namespaces()
-        result = self.run_inside("/usr/local/bin/docker info && /usr/bin/xcrun simctl list devices -j && brew --cache")
+        result = self.run_inside(
+            "/usr/local/bin/docker info && /usr/bin/xcrun simctl list devices -j && /usr/local/bin/brew --cache")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn("Server Version", result.stdout)
         self.assertIn(str(self.home / "Library/Caches/Homebrew"), result.stdout)
