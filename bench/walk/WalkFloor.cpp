@@ -67,7 +67,7 @@ private:
     static std::int64_t read(int folder, const std::string& path, char* buffer,
                              std::vector<std::string>& own) {
         std::int64_t blocks = 0;
-        for (long got; (got = ::syscall(SYS_getdents64, folder, buffer, bufferBytes)) > 0;) {
+        for (long got = 0; (got = ::syscall(SYS_getdents64, folder, buffer, bufferBytes)) > 0;) {
             for (const char* at = buffer; at < buffer + got;) {
                 const auto* record = reinterpret_cast<const Record*>(at);
                 const char* name = at + nameOffset;
