@@ -1,5 +1,5 @@
-// The dates of a file have other names on macOS: st_mtimespec where POSIX says st_mtim. Two fields that only macOS
-// has stand for others of a fitting type.
+// The dates of a file have other names on macOS: st_mtimespec where POSIX says st_mtim. Two fields that only
+// macOS has stand for others of a fitting type.
 #pragma once
 #define st_atim st_atimespec
 #define st_mtim st_mtimespec
