@@ -35,7 +35,12 @@ class Cleanup:
     # --- the list
 
     def search(self, text):
-        """Show only the groups whose titles hold `text`; an empty text shows all."""
+        """Show only the groups whose titles hold `text`; an empty text shows all.
+
+        A letter that stands on no key is given one only while it is typed, and a busy program reads it when the key
+        has become another letter: the longest stretch of plain letters is what is typed.
+        """
+        text = max(re.findall(r"[ -~]+", text), key=len, default="").strip()
         field = self.program.find("text", self.texts.of("a11y.search"))
         field.give_focus()
         self.program.focus()
