@@ -49,7 +49,7 @@ std::vector<CleanupGroup> sample(int count) {
     const std::string caches = "/Users/somebody/Library/Caches/com.example.";
     const auto tool = [&](int i) { return caches + "tool" + std::to_string(i) + "/versions"; };
     const auto project = [](int i) {
-        return "/Users/somebody/work/p" + std::to_string(i - i % 2) + "/node_modules";
+        return "/Users/somebody/code/p" + std::to_string(i - i % 2) + "/node_modules";
     };
     const auto plain = [&](int i) { return caches + (i % 2 ? "tool" : "other") + std::to_string(i); };
     const auto deep = [&](int i) { return plain(i) + "/versions/deep/in/the/tree"; };
