@@ -150,6 +150,11 @@ public:
     std::string itemTitle(const ScannableItem& item, const CleanupGroup& group) const;
     ResolvedEnrichment resolve(const ScannableItem& item, const CleanupGroup* group) const;
     ResolvedEnrichment resolveGroup(const CleanupGroup& group) const;
+    /// The verdict of resolveGroup() in pieces, for groups of so many items that one walk over them would be
+    /// felt: takes up to `count` items from the place `from` on into a verdict that began as beginVerdict().
+    GroupVerdict beginVerdict(const CleanupGroup& group) const;
+    void continueVerdict(GroupVerdict& verdict, const CleanupGroup& group, std::size_t from,
+                         std::size_t count) const;
 
     // Deletion.
     /// Deletes what is selected, or of that only what `onlyItems` holds, item after item.

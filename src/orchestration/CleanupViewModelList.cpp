@@ -125,10 +125,22 @@ ResolvedEnrichment CleanupViewModel::resolveGroup(const CleanupGroup& group) con
 
 /// The verdicts of the items without their names, which a group's row does not show.
 GroupVerdict CleanupViewModel::workOutVerdict(const CleanupGroup& group) const {
+    GroupVerdict verdict = beginVerdict(group);
+    continueVerdict(verdict, group, 0, group.items.size());
+    return verdict;
+}
+
+GroupVerdict CleanupViewModel::beginVerdict(const CleanupGroup& group) const {
+    return {group.baselineSafety, group.baselineReason, false, false, false};
+}
+
+void CleanupViewModel::continueVerdict(GroupVerdict& verdict, const CleanupGroup& group, std::size_t from,
+                                       std::size_t count) const {
     const EnrichmentEntries& entries = parts_.enrichmentStore->entries();
-    GroupVerdict verdict{group.baselineSafety, group.baselineReason, false, false, false};
     const Enrichment* riskiest = nullptr;
-    for (const ScannableItem& item : group.items) {
+    const std::size_t end = std::min(group.items.size(), from + count);
+    for (std::size_t i = from; i < end; ++i) {
+        const ScannableItem& item = group.items[i];
         const auto entry = entries.find(item.enrichmentKey);
         if (entry != entries.end()) {
             if (entry->second.safety > verdict.safety) {
@@ -143,7 +155,6 @@ GroupVerdict CleanupViewModel::workOutVerdict(const CleanupGroup& group) const {
             verdict.isAIDiscovered || (!aiDiscoveredURLs->empty() && aiDiscoveredURLs->contains(item.url));
     }
     if (riskiest) verdict.reason = riskiest->reason;
-    return verdict;
 }
 
 void CleanupViewModel::requestScrollToCategory(std::string categoryID) {

@@ -79,6 +79,7 @@ std::vector<ListBlock> CleanupListModel::present() const {
             block.isExpanded = expanded_.contains(block.key);
             if (block.isExpanded) block.shown = pointers(block.group.items);
             block.isFirst = blocks.size() == bandAt + 1;
+            block.verdict = model_->beginVerdict(block.group);
             blocks[bandAt].bytes += block.bytes;
             blocks.push_back(std::move(block));
         }
@@ -122,6 +123,7 @@ void CleanupListModel::matchBlocks(std::vector<ListBlock>& wanted) {
             moveBlock(static_cast<std::size_t>(standing - blocks_.begin()), i);
         } else {
             insertBlocks(i, {wanted[i]});
+            judgeAnew(blocks_[i]);
         }
     }
 }
@@ -175,6 +177,8 @@ void CleanupListModel::takeOver(std::size_t at, ListBlock& wanted, bool verdicts
     block.isSelectable = wanted.isSelectable;
     block.isFirst = wanted.isFirst;
     block.isLast = wanted.isLast;
+    if (!sameItems || verdictsChanged) judgeAnew(block);
+
     const int lastRow = block.firstRow + block.rowCount() - 1;
     if (!sameGroup || verdictsChanged) {
         tellChanged(block.firstRow, lastRow);

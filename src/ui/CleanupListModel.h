@@ -92,6 +92,15 @@ private:
     void number(std::size_t from = 0);
     void tellChanged(int first, int last, const QList<int>& roles = {});
 
+    /// Whether a group's verdict is worked out a piece a turn, so that no turn is felt.
+    static bool isJudgedInPieces(const CleanupGroup& group) { return group.items.size() > itemsAtOnce; }
+    void judgeAnew(ListBlock& block);
+    void judgeSoon();
+    void judgeAPiece();
+    GroupVerdict verdict(const ListBlock& block) const;
+
+    static constexpr std::size_t itemsAtOnce = 6000;
+
     QVariant bandValue(const ListBlock& block, int role) const;
     QVariant groupValue(const ListBlock& block, int role) const;
     QVariant itemValue(const ListBlock& block, int offset, int role) const;
@@ -102,6 +111,7 @@ private:
     std::uint64_t verdictRevision_ = 0;
     std::uint64_t selectionRevision_ = 0;
     int rows_ = 0;
+    bool isPieceDue_ = false;
 };
 
 } // namespace vesko

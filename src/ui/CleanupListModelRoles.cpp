@@ -58,16 +58,16 @@ QVariant CleanupListModel::groupValue(const ListBlock& block, int role) const {
     case KindRole: return Group;
     case Qt::DisplayRole:
     case TitleRole: return shown(model_->displayTitle(block.group));
-    case DetailRole: return shown(model_->resolveGroup(block.group).reason);
+    case DetailRole: return shown(verdict(block).reason);
     case SizeRole: return shown(formatBytes(block.bytes));
     case CheckRole: return static_cast<int>(block.selection);
     case CheckableRole: return block.isSelectable;
     case ExpandedRole: return block.isExpanded;
     case IconRole: return shown(block.group.icon);
     case TintRole: return static_cast<int>(sectionColor(block.section.id));
-    case SafetyRole: return static_cast<int>(model_->resolveGroup(block.group).safety);
-    case AnalyzingRole: return model_->resolveGroup(block.group).isAnalyzing;
-    case DiscoveredRole: return model_->resolveGroup(block.group).isAIDiscovered;
+    case SafetyRole: return static_cast<int>(verdict(block).safety);
+    case AnalyzingRole: return verdict(block).isAnalyzing;
+    case DiscoveredRole: return verdict(block).isAIDiscovered;
     case PathRole:
         return block.group.items.size() == 1 ? shown(escapedForDisplay(block.group.items.front().url.path()))
                                              : QString();

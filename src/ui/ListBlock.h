@@ -1,5 +1,6 @@
 #pragma once
 #include "core/CleanupGroup.h"
+#include "orchestration/GroupVerdict.h"
 #include "orchestration/TriState.h"
 #include <cstdint>
 #include <string>
@@ -26,6 +27,12 @@ struct ListBlock {
     /// The items that have rows now, none while collapsed; they point into the group's list.
     std::vector<const ScannableItem*> shown;
     int firstRow = 0;
+
+    // Of a group whose verdict is worked out in pieces.
+    GroupVerdict verdict;     ///< what is shown: the last that was finished, at first the group's baseline
+    GroupVerdict nextVerdict; ///< what is being worked out
+    std::size_t judgedItems = 0;
+    bool isBeingJudged = false;
 
     int rowCount() const noexcept { return 1 + static_cast<int>(shown.size()); }
 };

@@ -186,6 +186,28 @@ TEST_F(CleanupList, TextsFollowTheLanguage) {
     EXPECT_EQ(title(list, 0), catalogText("section.system", Language::portuguese));
 }
 
+TEST_F(CleanupList, TheVerdictOfAGroupOfManyItemsComesWithinAFewTurns) {
+    std::vector<ScannableItem> items;
+    for (int i = 0; i < 20'000; ++i) items.push_back(item("/many/" + std::to_string(i), 1'000'000));
+    show({group("cache.npm", items)});
+    const int at = row("cache.npm");
+    const auto safety = [&] {
+        return static_cast<Safety>(list.data(list.index(at), CleanupListModel::SafetyRole).toInt());
+    };
+    EXPECT_EQ(safety(), Safety::seguro);
+    Enrichment risky;
+    risky.friendlyName = "a";
+    risky.safety = Safety::risco;
+    risky.reason = "It may be lost.";
+    stage.model->enrichmentStore().clear();
+    stage.model->enrichmentStore().apply({{items.back().enrichmentKey, risky}});
+    stage.cleanup.refresh();
+    for (int turn = 0; turn < 20; ++turn) stage.settle();
+    EXPECT_EQ(safety(), stage.model->resolveGroup((*stage.model->groups)[0]).safety);
+    EXPECT_EQ(safety(), Safety::risco);
+    EXPECT_EQ(list.data(list.index(at), CleanupListModel::DetailRole).toString(), "It may be lost.");
+}
+
 CleanupGroup randomGroup() {
     static const std::vector<std::string> ids{"trash",           "logs.stale",     "cache.npm",
                                               "cache.pip",       "cache.uv",       "cache.bun",
