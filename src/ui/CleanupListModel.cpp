@@ -34,7 +34,12 @@ private:
 } // namespace
 
 CleanupListModel::CleanupListModel(std::shared_ptr<CleanupViewModel> model, QObject* parent)
-    : QAbstractListModel(parent), model_(std::move(model)) {}
+    : QAbstractListModel(parent), model_(std::move(model)) {
+    // A timer lets input and painting in between; posted events would run one after another.
+    pieceDue_.setSingleShot(true);
+    pieceDue_.setInterval(1);
+    connect(&pieceDue_, &QTimer::timeout, this, &CleanupListModel::judgeAPiece);
+}
 
 CleanupListModel::~CleanupListModel() = default;
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "ui/ListBlock.h"
 #include <QAbstractListModel>
+#include <QTimer>
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 #include <memory>
@@ -95,7 +96,6 @@ private:
     /// Whether a group's verdict is worked out a piece a turn, so that no turn is felt.
     static bool isJudgedInPieces(const CleanupGroup& group) { return group.items.size() > itemsAtOnce; }
     void judgeAnew(ListBlock& block);
-    void judgeSoon();
     void judgeAPiece();
     GroupVerdict verdict(const ListBlock& block) const;
 
@@ -111,7 +111,7 @@ private:
     std::uint64_t verdictRevision_ = 0;
     std::uint64_t selectionRevision_ = 0;
     int rows_ = 0;
-    bool isPieceDue_ = false;
+    QTimer pieceDue_;
 };
 
 } // namespace vesko

