@@ -1,7 +1,17 @@
 #include "app/ProgramLife.h"
+#include "platform/qt/BackgroundPriority.h"
 #include <QCoreApplication>
+#include <utility>
 
 namespace vesko {
+
+void ProgramLife::PoliteWorkers::post(std::function<void()> closure) {
+    pool_.post([closure = std::move(closure)] {
+        thread_local const bool isPolite = (workInTheBackground(), true);
+        static_cast<void>(isPolite);
+        closure();
+    });
+}
 
 TaskContext ProgramLife::tasks() {
     TaskContext context;
@@ -15,7 +25,7 @@ TaskContext ProgramLife::tasks() {
 bool ProgramLife::end() {
     const auto turn = [] { QCoreApplication::processEvents(QEventLoop::AllEvents, 10); };
     const bool finished = shutDown(registry_, turn, std::chrono::milliseconds(1200));
-    const bool free = workers_.abandon() == 0;
+    const bool free = pool_.abandon() == 0;
     return finished && free;
 }
 

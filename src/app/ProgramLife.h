@@ -17,9 +17,21 @@ public:
     bool end();
 
 private:
+    /// Hands work to the workers behind the thread that paints: a scan may take every processor, and the
+    /// window still answers.
+    class PoliteWorkers final : public Executor {
+    public:
+        explicit PoliteWorkers(WorkerPool& pool) : pool_(pool) {}
+        void post(std::function<void()> closure) override;
+
+    private:
+        WorkerPool& pool_;
+    };
+
     QtExecutor home_;
     QtClock clock_;
-    WorkerPool workers_;
+    WorkerPool pool_;
+    PoliteWorkers workers_{pool_};
     TaskRegistry registry_;
 };
 
