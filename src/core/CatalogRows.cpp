@@ -1,5 +1,7 @@
 #include "core/CatalogRows.h"
 
+#include "base/ProgrammingError.h"
+#include <algorithm>
 #include <utility>
 
 namespace vesko {
@@ -52,6 +54,8 @@ const std::array<std::string_view, 44> catalogOrder{
 };
 
 namespace {
+
+constexpr std::int64_t mebibyte = 1 << 20;
 
 GroupMetadata metadata(std::string id, std::string icon, CleanupSection section, std::string provider,
                        Safety safety) {
@@ -122,7 +126,6 @@ FixedPathRow downloads(std::string id, AgeMetric age, std::int64_t minBytes) {
 
 std::vector<FixedPathRow> fixedPathRows() {
     using enum Safety;
-    constexpr std::int64_t mebibyte = 1 << 20;
     std::vector<FixedPathRow> rows{
         toolCache("cache.npm", seguro, {".npm/_cacache"}),
         toolCache("cache.pnpm", seguro, {"Library/pnpm/store", ".pnpm-store"}),
@@ -189,6 +192,22 @@ std::vector<GroupMetadata> otherRowsMetadata() {
         toolCacheMetadata("cache.jetbrains", "laptopcomputer"),
         development("xcode.previews", "eye", "xcode", seguro),
         development("xcode.simulator.runtime", "iphone.circle", "simulator", revisar),
+    };
+}
+
+GroupMetadata rowMetadata(std::string_view id) {
+    std::vector<GroupMetadata> rows = otherRowsMetadata();
+    const auto found = std::ranges::find(rows, id, &GroupMetadata::id);
+    if (found == rows.end()) programmingError("the catalog has no row " + std::string(id));
+    return std::move(*found);
+}
+
+std::vector<ShallowScanRow> shallowScanRows() {
+    // A library folder has hundreds of small entries, which nobody would go through.
+    constexpr std::int64_t worthALook = 10 * mebibyte;
+    return {
+        {rowMetadata("discover.caches"), "Library/Caches", worthALook, false},
+        {rowMetadata("discover.appSupport"), "Library/Application Support", worthALook, true},
     };
 }
 

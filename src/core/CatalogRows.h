@@ -1,6 +1,7 @@
 #pragma once
 #include "core/GroupMetadata.h"
 #include "probes/FixedPathProbe.h"
+#include "probes/ShallowScanProbe.h"
 #include <array>
 #include <string_view>
 #include <vector>
@@ -16,5 +17,10 @@ std::vector<FixedPathRow> fixedPathRows();
 
 /// What the rows of all other kinds say of their groups, in catalog order.
 std::vector<GroupMetadata> otherRowsMetadata();
+/// One of these by its id; an id that is not among them stops the process with a message.
+GroupMetadata rowMetadata(std::string_view id);
+
+/// The rows that list the folders of applications, in catalog order.
+std::vector<ShallowScanRow> shallowScanRows();
 
 } // namespace vesko

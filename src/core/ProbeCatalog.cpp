@@ -3,6 +3,9 @@
 #include "base/ProgrammingError.h"
 #include "core/CatalogRows.h"
 #include "core/SignificanceEngine.h"
+#include "probes/IOSBackupProbe.h"
+#include "probes/InstallerProbe.h"
+#include "probes/ShallowScanProbe.h"
 #include <utility>
 
 namespace vesko {
@@ -15,8 +18,13 @@ std::vector<FixedPathProbe> fixedPathProbes() {
 
 ProbeList probeCatalog() {
     ProbeList probes;
-    for (FixedPathProbe& probe : fixedPathProbes())
-        probes.push_back(std::make_shared<const FixedPathProbe>(std::move(probe)));
+    const auto add = [&]<class Probe>(Probe probe) {
+        probes.push_back(std::make_shared<const Probe>(std::move(probe)));
+    };
+    for (FixedPathProbe& probe : fixedPathProbes()) add(std::move(probe));
+    for (ShallowScanRow& row : shallowScanRows()) add(ShallowScanProbe(std::move(row)));
+    add(InstallerProbe(rowMetadata("installers.forgotten")));
+    add(IOSBackupProbe(rowMetadata("backup.ios")));
     return probes;
 }
 

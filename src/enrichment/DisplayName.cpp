@@ -84,14 +84,6 @@ bool isVersion(std::string_view word) {
            });
 }
 
-/// The last part of a name such as "com.example.tool"; nothing for any other shape.
-std::optional<std::string> nameInIdentifier(std::string_view name) {
-    if (name.contains(' ')) return std::nullopt;
-    const auto parts = split(name, '.');
-    if (parts.size() < 3 || std::ranges::any_of(parts, &std::string_view::empty)) return std::nullopt;
-    return withFirstCharacterUppercased(parts.back());
-}
-
 std::string chosenName(const ScannableItem& item, const std::optional<std::string>& enrichedName) {
     if (item.displayLabel && !item.displayLabel->empty()) return *item.displayLabel;
     const std::string_view name = item.url.lastPathComponent();
@@ -137,7 +129,7 @@ std::string cleanName(std::string_view name) {
         const std::string cleaned = cleanInstallerName(stem);
         return cleaned.empty() ? std::string(stem) : cleaned;
     }
-    if (const auto last = nameInIdentifier(trimmed)) return *last;
+    if (isBundleIdentifier(trimmed)) return withFirstCharacterUppercased(split(trimmed, '.').back());
     return std::string(trimmed);
 }
 
@@ -154,6 +146,12 @@ std::string cleanInstallerName(std::string_view name) {
         kept += word;
     }
     return kept;
+}
+
+bool isBundleIdentifier(std::string_view name) {
+    if (name.contains(' ')) return false;
+    const auto parts = split(name, '.');
+    return parts.size() >= 3 && std::ranges::none_of(parts, &std::string_view::empty);
 }
 
 bool looksOpaque(std::string_view name) {

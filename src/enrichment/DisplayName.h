@@ -28,6 +28,10 @@ std::string cleanName(std::string_view name);
 /// The words before the first version number; the first word when that is a version itself.
 std::string cleanInstallerName(std::string_view name);
 
+/// Whether a name has the form of a bundle identifier such as "com.example.tool": no blank, and three or more
+/// parts between dots, none of them empty. Nothing else is asked of the parts.
+bool isBundleIdentifier(std::string_view name);
+
 /// Whether a folder's name is an identifier made by a machine: a UUID, or mostly hexadecimal digits.
 bool looksOpaque(std::string_view name);
 

@@ -24,8 +24,8 @@ using testing::TempTree;
 
 const Date today = dateFromUnixSeconds(1'700'000'000);
 
-/// A home folder with something old below every fixed path, two children each, and things beside the paths
-/// that belong to nobody. Gives every path below the tree's root, the root's own included.
+/// A home folder with something old for every probe, two children below every fixed path, and things beside
+/// them that belong to nobody. Gives every path below the tree's root, the root's own included.
 std::vector<FileURL> furnish(const TempTree& tree) {
     const Date old = today - std::chrono::seconds(400 * 86400);
     for (const FixedPathRow& row : fixedPathRows()) {
@@ -37,6 +37,9 @@ std::vector<FileURL> furnish(const TempTree& tree) {
                 tree.link(link, tree.path("outside"));
         }
     }
+    tree.file("home/Library/Application Support/com.example.gone/content", std::string(60'000, 'x'));
+    tree.file("home/Library/Application Support/MobileSync/Backup/00008110/Manifest.db", "x");
+    tree.file("home/Downloads/Tool-1.0.dmg", std::string(30'000, 'x'));
     tree.file("home/Documents/letter", "kept");
     tree.file("outside/precious", std::string(90'000, 'x'));
     std::vector<FileURL> all{tree.root()};
