@@ -20,4 +20,7 @@ struct ChildResult {
 /// any thread. The platform layer implements it.
 std::optional<ChildResult> runChild(const std::string& executable, const std::vector<std::string>& arguments);
 
+/// How many children runChild has started since the process began. Any thread.
+std::int64_t childrenStarted() noexcept;
+
 } // namespace vesko

@@ -104,6 +104,22 @@ TEST_F(VeskoScan, AnEmptyHomeGivesAnEmptyReport) {
     EXPECT_THAT(lines.back()["report"]["groups"], IsEmpty());
 }
 
+TEST_F(VeskoScan, StatisticsAreOneMoreLineAtTheEnd) {
+    tree.file("home/.npm/_cacache/a/one", std::string(200'000, 'x'));
+    tree.file("home/.npm/_cacache/two", std::string(200'000, 'x'));
+    const std::string plain = run({"--home", tree.path("home")}).output;
+    const auto lines = events(run({"--statistics", "--home", tree.path("home")}).output);
+    EXPECT_EQ(lines.size(), events(plain).size() + 1);
+    const Json statistics = lines.back();
+    EXPECT_EQ(statistics["event"], "statistics");
+    EXPECT_EQ(statistics["measuring"]["foldersRead"], 2);
+    EXPECT_EQ(statistics["measuring"]["entriesRead"], 3);
+    EXPECT_TRUE(statistics["searching"]["foldersRead"].is_number_integer());
+    EXPECT_GE(statistics["childrenStarted"], 0);
+    const std::string table = run({"--statistics", "--summary", "--home", tree.path("home")}).output;
+    EXPECT_THAT(table, HasSubstr("can be freed\n{\"event\":\"statistics\""));
+}
+
 TEST_F(VeskoScan, SaysHowItIsUsed) {
     const Ended ended = run({"--help"});
     EXPECT_EQ(ended.status, 0);

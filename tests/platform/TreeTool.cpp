@@ -1,11 +1,13 @@
 // tree_tool size PATH [links]     prints the quick figure, or "nothing"
 // tree_tool usage PATH THREADS    prints the figure of a walk with so many threads
+// tree_tool counts PATH [names]   walks with two threads and prints what was counted, one figure a line
 // tree_tool visible PATH          prints what the last-resort walk gives
 // tree_tool remove PATH           prints "gone BYTES ENTRIES", or "KIND CODE PATH" with the path's bytes as
 // they are
 #include "core/FastDirectorySize.h"
 #include "execution/Remover.h"
 #include "platform/UsageSum.h"
+#include "platform/posix/WalkCounts.h"
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -27,6 +29,24 @@ int size(const char* path, bool followLinks) {
 int usage(const char* path, const char* threads) {
     const auto bytes = vesko::usageByThreads(path, false, static_cast<unsigned>(std::atoi(threads)));
     std::printf("%lld\n", static_cast<long long>(bytes.value_or(-1)));
+    return 0;
+}
+
+int counts(const char* path, bool namesOnly) {
+    struct Everything final : vesko::TreeVisitor {
+        Next visit(const vesko::TreeEntry&, unsigned) override { return Next::enter; }
+    } everything;
+    vesko::TreeWalkOptions options;
+    options.threads = 2;
+    options.largeTree = 100;
+    if (namesOnly) options.details = vesko::TreeWalkOptions::Details::namesOnly;
+    vesko::walkTree(vesko::FileURL(path), everything, options);
+    for (const auto purpose : {vesko::WalkPurpose::measuring, vesko::WalkPurpose::searching}) {
+        const vesko::WalkCounts counted = vesko::walkCounts(purpose);
+        for (const std::int64_t figure : {counted.foldersRead, counted.foldersOpened, counted.entriesRead,
+                                          counted.readingCalls, counted.statusCalls})
+            std::printf("%lld\n", static_cast<long long>(figure));
+    }
     return 0;
 }
 
@@ -63,8 +83,11 @@ int removeItem(const char* path) {
 int main(int count, char** words) {
     if (count >= 3 && std::strcmp(words[1], "size") == 0) return size(words[2], count > 3);
     if (count == 4 && std::strcmp(words[1], "usage") == 0) return usage(words[2], words[3]);
+    if (count >= 3 && std::strcmp(words[1], "counts") == 0) return counts(words[2], count > 3);
     if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
     if (count == 3 && std::strcmp(words[1], "remove") == 0) return removeItem(words[2]);
-    std::fputs("tree_tool size PATH [links] | usage PATH THREADS | visible PATH | remove PATH\n", stderr);
+    std::fputs("tree_tool size PATH [links] | usage PATH THREADS | counts PATH [names] | visible PATH | "
+               "remove PATH\n",
+               stderr);
     return 2;
 }

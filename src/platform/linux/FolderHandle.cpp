@@ -1,5 +1,6 @@
 #include "platform/posix/FolderHandle.h"
 
+#include "platform/posix/WalkCounts.h"
 #include <cerrno>
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -26,7 +27,10 @@ OpenedFolder openStrictly(int folder, const char* path, std::uint64_t flags, std
     // A rename anywhere on the system may make a strict lookup ask to be tried again.
     for (int attempt = 0;; ++attempt) {
         const long descriptor = ::syscall(SYS_openat2, folder, path, &how, sizeof how);
-        if (descriptor >= 0) return FolderHandle(static_cast<int>(descriptor));
+        if (descriptor >= 0) {
+            ++callsOfThisThread.foldersOpened;
+            return FolderHandle(static_cast<int>(descriptor));
+        }
         if ((errno == EAGAIN && attempt < 64) || errno == EINTR) continue;
         return std::unexpected(lastError());
     }
@@ -49,6 +53,7 @@ AskedStatus ask(int folder, const char* name, int flags) noexcept {
     struct statx raw;
     if (::statx(folder, name, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wanted, &raw) != 0)
         return std::unexpected(lastError());
+    ++callsOfThisThread.statusCalls;
     EntryStatus status;
     status.identity.device = (static_cast<std::uint64_t>(raw.stx_dev_major) << 32) | raw.stx_dev_minor;
     status.identity.inode = raw.stx_ino;

@@ -1,5 +1,6 @@
 #include "platform/posix/FolderReader.h"
 
+#include "platform/posix/WalkCounts.h"
 #include <cerrno>
 #include <cstddef>
 #include <dirent.h>
@@ -60,6 +61,7 @@ FolderReader::Step FolderReader::next() {
                 error_ = {errno, std::system_category()};
                 return Step::stopped;
             }
+            ++callsOfThisThread.readingCalls;
             if (got == 0) return Step::end;
             buffer_->filled = static_cast<std::size_t>(got);
             buffer_->position = 0;
@@ -69,6 +71,7 @@ FolderReader::Step FolderReader::next() {
         buffer_->position += record->length;
         const char* name = start + nameOffset;
         if (isDots(name)) continue;
+        ++callsOfThisThread.entriesRead;
         name_ = name;
         if (details_ == Details::namesOnly) {
             status_ = {};

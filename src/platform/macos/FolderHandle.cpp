@@ -1,5 +1,6 @@
 #include "platform/posix/FolderHandle.h"
 
+#include "platform/posix/WalkCounts.h"
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -40,6 +41,7 @@ EntryStatus statusOf(const struct stat& raw) noexcept {
 AskedStatus ask(int folder, const char* name, int flags) noexcept {
     struct stat raw;
     if (::fstatat(folder, name, &raw, flags) != 0) return std::unexpected(lastError());
+    ++callsOfThisThread.statusCalls;
     EntryStatus status = statusOf(raw);
     struct stat holder;
     if (folder != AT_FDCWD && status.kind == EntryKind::folder && ::fstat(folder, &holder) == 0)
@@ -50,6 +52,7 @@ AskedStatus ask(int folder, const char* name, int flags) noexcept {
 OpenedFolder openName(const FolderHandle& parent, const char* name, Mounts mounts) {
     const int descriptor = ::openat(parent.descriptor(), name, folderFlags);
     if (descriptor < 0) return std::unexpected(lastError());
+    ++callsOfThisThread.foldersOpened;
     FolderHandle folder(descriptor);
     if (mounts == Mounts::cross) return folder;
     struct stat above;
@@ -101,6 +104,7 @@ AskedStatus targetStatusAt(const std::string& path) noexcept { return ask(AT_FDC
 AskedStatus folderStatus(const FolderHandle& folder) noexcept {
     struct stat raw;
     if (::fstat(folder.descriptor(), &raw) != 0) return std::unexpected(lastError());
+    ++callsOfThisThread.statusCalls;
     return statusOf(raw);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/posix/FolderReader.h"
 
+#include "platform/posix/WalkCounts.h"
 #include <cerrno>
 #include <cstring>
 #include <sys/attr.h>
@@ -117,6 +118,7 @@ FolderReader::Step FolderReader::next() {
                 error_ = {errno, std::system_category()};
                 return Step::stopped;
             }
+            ++callsOfThisThread.readingCalls;
             if (got == 0) return Step::end;
             buffer_->left = got;
             buffer_->record = buffer_->bytes.get();
@@ -128,6 +130,7 @@ FolderReader::Step FolderReader::next() {
         --buffer_->left;
         const Entry entry = entryOf(record);
         if (!entry.name) continue; // nothing can be said of it
+        ++callsOfThisThread.entriesRead;
         name_ = entry.name;
         status_ = entry.status;
         isKindKnown_ = entry.hasKind;

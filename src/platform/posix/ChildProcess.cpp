@@ -1,6 +1,7 @@
 #include "base/ChildProcess.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -147,6 +148,8 @@ std::int32_t waitForExit(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
 }
 
+std::atomic<std::int64_t> started{0};
+
 bool holdsNul(std::string_view word) { return word.find('\0') != std::string_view::npos; }
 
 } // namespace
@@ -163,6 +166,7 @@ std::optional<ChildResult> runChild(const std::string& executable,
     if (!output || !errors) return std::nullopt;
     const std::optional<pid_t> child = launch(executable, arguments, output, errors);
     if (!child) return std::nullopt;
+    ++started;
     output.write.close();
     errors.write.close();
 
@@ -172,5 +176,7 @@ std::optional<ChildResult> runChild(const std::string& executable,
     result.status = waitForExit(*child);
     return result;
 }
+
+std::int64_t childrenStarted() noexcept { return started; }
 
 } // namespace vesko

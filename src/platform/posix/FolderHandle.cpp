@@ -1,5 +1,6 @@
 #include "platform/posix/FolderHandle.h"
 
+#include "platform/posix/WalkCounts.h"
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -36,9 +37,12 @@ std::string nextPiece(std::string_view& rest) {
 int openQuietly(int from, const char* path, int flags) noexcept {
 #ifdef __linux__
     const int quiet = ::openat(from, path, flags | O_NOATIME);
+    if (quiet >= 0) ++callsOfThisThread.foldersOpened;
     if (quiet >= 0 || errno != EPERM) return quiet;
 #endif
-    return ::openat(from, path, flags);
+    const int descriptor = ::openat(from, path, flags);
+    if (descriptor >= 0) ++callsOfThisThread.foldersOpened;
+    return descriptor;
 }
 
 } // namespace
@@ -74,6 +78,7 @@ OpenedFolder openLinkedFolder(const FolderHandle& parent, const std::string& nam
 OpenedFolder openFolderAbove(const FolderHandle& folder) {
     const int descriptor = ::openat(folder.descriptor(), "..", folderFlags | O_NOFOLLOW);
     if (descriptor < 0) return std::unexpected(lastError());
+    ++callsOfThisThread.foldersOpened;
     return FolderHandle(descriptor);
 }
 

@@ -38,6 +38,7 @@ TreeWalk::TreeWalk(TreeVisitor& visitor, const TreeWalkOptions& options)
       mostWorkers_(std::min(options.threads ? options.threads : cores(), TreeWalkOptions::mostThreads)) {}
 
 WalkOutcome TreeWalk::run(const FileURL& root) {
+    const CountedWalk counted(purpose());
     Worker first(0);
     OpenedFolder handle = openFolder(root.path());
     if (!handle) {
@@ -145,6 +146,7 @@ void TreeWalk::startHelpersForLargeTree(const Worker& worker) {
         }
         try {
             helpers_.emplace_back([this, number] {
+                const CountedWalk counted(purpose());
                 Worker helper(number);
                 work(helper);
             });
@@ -222,6 +224,7 @@ void TreeWalk::push(Worker& worker, Pending pending) {
 }
 
 void TreeWalk::readFolder(Worker& worker, FolderNodeRef node, FolderHandle handle) {
+    ++callsOfThisThread.foldersRead;
     PackedNames inside;
     FolderReader& reader = worker.reader;
     reader.begin(handle, wantsSizes_ ? FolderReader::Details::status : FolderReader::Details::namesOnly);

@@ -4,6 +4,7 @@
 #include "platform/posix/InodeSet.h"
 #include "platform/posix/PackedNames.h"
 #include "platform/posix/TreeWalker.h"
+#include "platform/posix/WalkCounts.h"
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -37,6 +38,9 @@ private:
         std::size_t entries = 0;
     };
 
+    WalkPurpose purpose() const noexcept {
+        return wantsSizes_ ? WalkPurpose::measuring : WalkPurpose::searching;
+    }
     void work(Worker& worker);
     bool takeWork(Worker& worker);
     void shareWork(Worker& worker);

@@ -73,8 +73,9 @@ enum class WalkOutcome {
 /// Works through handles, with few descriptors (some six for each thread) and no recursion, whatever the
 /// depth. Further threads start once a tree turns out to be large. Never enters what is mounted inside (such
 /// an entry is shown with `isMountRoot`) nor opens anything but folders, and leaves no access dates where it
-/// may. With links followed, an entry that is a link is shown as its target, a dangling one as itself; every
-/// folder is entered once, whatever leads to it, so loops end. The root itself is never followed.
+/// may. What it asks of the system is added to walkCounts. With links followed, an entry that is a link is
+/// shown as its target, a dangling one as itself; every folder is entered once, whatever leads to it, so
+/// loops end. The root itself is never followed.
 WalkOutcome walkTree(const FileURL& root, TreeVisitor& visitor, const TreeWalkOptions& options = {});
 
 } // namespace vesko
