@@ -3,6 +3,7 @@ import hashlib
 import json
 import os
 import pathlib
+import plistlib
 import shutil
 import subprocess
 import tempfile
@@ -55,7 +56,16 @@ class SampleHome(unittest.TestCase):
             "Library/Caches/pypoetry", ".cache/uv", ".local/share/uv/cache", ".bun/install/cache", ".nuget/packages",
             ".rbenv/src", "Library/Caches/CocoaPods", "Library/Developer/Xcode/DerivedData",
             "Library/Developer/Xcode/Archives", "Library/Developer/Xcode/iOS DeviceSupport", "Downloads",
-            "Library/Logs", ".Trash",
+            "Library/Logs", ".Trash", "Library/Developer/CoreSimulator/Devices", "Projects/shop/node_modules",
+            "Projects/travel-ios/Pods", "Projects/raytracer/target", "Projects/recipes-android/build",
+            "Projects/landing-page/.next", "Projects/design-system/dist", "Projects/handbook/out",
+            "Projects/intranet/build", "Library/Caches/com.example.player",
+            "Library/Application Support/com.example.videocutter", "Compiler_15.4.xip", "Desktop/Office Suite 16.89.pkg",
+            "Downloads/Printer Driver.pkg", "Applications/Paint Box.app", "Library/Caches/org.swift.swiftpm",
+            "Library/Caches/Homebrew", "Library/Application Support/MobileSync/Backup", ".stand-ins/docker/volumes",
+            ".m2/repository", "Library/Caches/JetBrains",
+            "Library/Developer/Xcode/DerivedData/Weather-fkwqpzbmtrnvaxcd/Previews",
+            "Library/Developer/CoreSimulator/Profiles/Runtimes",
         ]
         for place in places:
             used = int(subprocess.run(["du", "-sk", str(self.home / place)], capture_output=True, text=True,
@@ -75,6 +85,31 @@ class SampleHome(unittest.TestCase):
         self.assertEqual((NOW - lecture.st_atime) / DAY, 1)
         self.assertEqual((NOW - (self.home / "Downloads/dataset-export").stat().st_mtime) / DAY, 400)
         self.assertEqual((NOW - (self.home / "Library/Logs/today.log").stat().st_mtime) / DAY, 0)
+
+    def testAnApplicationIsAsOldAsTheLastRunOfItsProgram(self):
+        make(self.home)
+        for program, days in (("Paint Box.app/Contents/MacOS/Paint Box", 310), ("Notes.app/Contents/MacOS/Notes", 1),
+                              ("Sculptor-1.8-x86_64.AppImage", 200), ("Messenger-4.2-x86_64.AppImage", 2)):
+            facts = (self.home / "Applications" / program).stat()
+            self.assertEqual((NOW - facts.st_atime) / DAY, days, program)
+            self.assertEqual(facts.st_mode & 0o777, 0o755, program)
+
+    def testInstalledApplicationsTellTheirIdentifiersInBothForms(self):
+        make(self.home)
+        heads = set()
+        for name, identifier in (("Notes", "com.example.notes"), ("Calendar", "com.example.calendar")):
+            content = (self.home / f"Applications/{name}.app/Contents/Info.plist").read_bytes()
+            self.assertEqual(plistlib.loads(content)["CFBundleIdentifier"], identifier)
+            self.assertTrue((self.home / "Library/Application Support" / identifier).is_dir())
+            heads.add(content[:6])
+        self.assertEqual(heads, {b"<?xml ", b"bplist"})
+
+    def testWhatADiscoveryOffersIsLargeEnoughInASmallHomeToo(self):
+        make(self.home)
+        for place in ("Library/Caches/com.example.player", "Library/Caches/Chat Desktop",
+                      "Library/Application Support/com.example.videocutter"):
+            used = sum(entry.stat().st_blocks * 512 for entry in (self.home / place).iterdir())
+            self.assertGreaterEqual(used, 10 * 1024 * 1024, place)
 
     def testOneNameIsNoUtf8(self):
         make(self.home)
@@ -148,6 +183,24 @@ class StandIns(unittest.TestCase):
         environment = {**os.environ, "HOME": str(self.home)}
         environment.pop("VESKO_STAND_INS", None)
         return subprocess.run([str(path), *words], capture_output=True, text=True, check=False, env=environment)
+
+    def testTheListingsOfTheToolsAgreeWithTheFolders(self):
+        devices = json.loads(self.stand_in("xcrun", "simctl", "list", "devices", "-j").stdout)["devices"]
+        folders = [pathlib.Path(device["dataPath"]).parent for listed in devices.values() for device in listed]
+        known = [pathlib.Path(runtime["bundlePath"]) for runtime in json.loads(
+            self.stand_in("xcrun", "simctl", "list", "runtimes", "-j").stdout)["runtimes"] if "bundlePath" in runtime]
+        simulators = self.home / "Library/Developer/CoreSimulator"
+        self.assertEqual(sorted(folders), sorted((simulators / "Devices").iterdir()))
+        left_over = set((simulators / "Profiles/Runtimes").iterdir()) - set(known)
+        self.assertEqual([each.name for each in left_over], ["iOS 15.0.simruntime"])
+        self.assertTrue(all(each.is_dir() for each in known))
+
+        volumes = self.stand_in("docker", "volume", "ls", "-q").stdout.split("\n")[:-1]
+        mount_points = [pathlib.Path(self.stand_in("docker", "volume", "inspect", name, "--format", "{{.Mountpoint}}")
+                                     .stdout.rstrip("\n")) for name in volumes]
+        self.assertEqual(sorted(mount_points),
+                         sorted((self.home / ".stand-ins/docker/volumes").glob("*/_data")))
+        self.assertTrue(pathlib.Path(self.stand_in("brew", "--cache").stdout.strip()).is_dir())
 
     def testWhatDockerDeletesIsGoneFromItsListing(self):
         listing = ("image", "ls", "--format", "{{.ID}}  {{.Repository}}:{{.Tag}}  {{.Size}}")

@@ -40,15 +40,16 @@ class Home:
         if days is not None:
             self._folder_dates[self.path(relative)] = days
 
-    def file(self, relative, size, days=1, opened_days=None, fixed=False):
+    def file(self, relative, size, days=1, opened_days=None, fixed=False, small=None, mode=0o644):
         """Make a file of `size` bytes, set aside on the disk, last changed `days` ago and last opened `opened_days`
-        ago (by default at the last change). A small home has a fortieth of the size, unless it is `fixed`."""
+        ago (by default at the last change). A small home has a fortieth of the size, unless it is `fixed` or `small`
+        gives the bytes."""
         if self.small and not fixed:
-            size = max(size // 40, 4096)
+            size = max(size // 40, 4096) if small is None else small
         path = self.path(relative)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         try:
-            descriptor = os.open(path, os.O_WRONLY | os.O_CREAT | os.O_NOFOLLOW, 0o644)
+            descriptor = os.open(path, os.O_WRONLY | os.O_CREAT | os.O_NOFOLLOW, mode)
         except OSError as problem:
             if problem.errno == errno.EILSEQ:  # This file system wants UTF-8; the home is complete without it.
                 return
@@ -56,6 +57,7 @@ class Home:
         try:
             if size > 0 and os.fstat(descriptor).st_size != size:
                 self._set_aside(descriptor, size)
+            os.fchmod(descriptor, mode)
         finally:
             os.close(descriptor)
         self._date(path, days, opened_days)
@@ -63,11 +65,11 @@ class Home:
         self.bytes += size
 
     def text(self, relative, content, days=1):
-        """Make a file that holds `content`."""
+        """Make a file that holds `content`, text or bytes."""
         path = self.path(relative)
         os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "w", encoding="utf-8") as stream:
-            stream.write(content)
+        with open(path, "wb") as stream:
+            stream.write(content if isinstance(content, bytes) else content.encode())
         self._date(path, days, None)
         self.files += 1
 
