@@ -1,5 +1,6 @@
 #include "ui/Theme.h"
 #include "orchestration/StorageSegment.h"
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <algorithm>
@@ -41,6 +42,8 @@ QColor Theme::segmentColor(int token, bool dark) const {
     }
     return colors.muted;
 }
+
+QString Theme::fixedFont() const { return QFontDatabase::systemFont(QFontDatabase::FixedFont).family(); }
 
 int Theme::scaled(double factor) const { return static_cast<int>(std::lround(baseSize_ * factor)); }
 

@@ -42,6 +42,7 @@ class Theme : public QObject {
     Q_PROPERTY(int section READ section NOTIFY changed)
     Q_PROPERTY(int title READ title NOTIFY changed)
     Q_PROPERTY(int figure READ figure NOTIFY changed)
+    Q_PROPERTY(QString fixedFont READ fixedFont CONSTANT)
     Q_PROPERTY(int motion READ motion NOTIFY changed)
     Q_PROPERTY(int grid READ grid CONSTANT)
     Q_PROPERTY(int page READ page CONSTANT)
@@ -95,6 +96,8 @@ public:
     int title() const { return scaled(1.6); }
     int figure() const { return scaled(2.4); }
 
+    /// The family of the system's face in which all letters are equally wide.
+    QString fixedFont() const;
     int motion() const { return reducedMotion_ ? 0 : 160; } ///< milliseconds
     int grid() const { return 8; }
     int page() const { return 24; }

@@ -153,8 +153,7 @@ void describe(QString& text, QAccessibleInterface* element, int depth) {
     if (state.invisible && depth > 0) return;
     const char* role = QMetaEnum::fromType<QAccessible::Role>().valueToKey(element->role());
     text += QString(depth * 2, QLatin1Char(' ')) + QLatin1String(role ? role : "?");
-    const auto* item = qobject_cast<QQuickItem*>(element->object());
-    if (item && !item->isEnabled()) text += QStringLiteral(" disabled");
+    if (state.disabled) text += QStringLiteral(" disabled");
     if (state.checkStateMixed)
         text += QStringLiteral(" mixed");
     else if (state.checked)

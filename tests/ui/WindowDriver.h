@@ -6,9 +6,6 @@
 
 namespace vesko::testing {
 
-/// Whether it takes what a person does; the toolkit's version 6.4 does not tell assistive tools by itself.
-bool isEnabled(QAccessibleInterface* element);
-
 /// Drives the real window as assistive tools and the keyboard do.
 class WindowDriver {
 public:

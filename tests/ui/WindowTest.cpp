@@ -3,8 +3,11 @@
 #include "base/StringCatalog.h"
 #include "ui/WindowDriver.h"
 #include <QFont>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -159,6 +162,25 @@ TEST_F(AWindow, AfterALanguageChangeTheConfirmWordFollows) {
     EXPECT_FALSE(driver.isDisabled(QAccessible::Button, text("delete.confirm.action")));
 }
 
+TEST_F(AWindow, TheConfirmWordStandsInLettersOfEqualWidth) {
+    showList();
+    driver.press(QAccessible::Button, driver.stage.cleanup.recoverLabel());
+    const QString face = driver.stage.window.theme().fixedFont();
+    EXPECT_TRUE(QFontInfo(QFont(face)).fixedPitch()) << face.toStdString();
+    EXPECT_EQ(driver.window()->activeFocusItem()->property("font").value<QFont>().family().toStdString(),
+              face.toStdString());
+    // The prompt is spoken as it reads; its word alone is in that face.
+    QAccessibleInterface* prompt = driver.find(QAccessible::StaticText, driver.stage.cleanup.confirmPrompt());
+    ASSERT_TRUE(prompt);
+    QTextDocument document;
+    document.setHtml(prompt->object()->property("text").toString());
+    EXPECT_EQ(document.toPlainText().toStdString(), driver.stage.cleanup.confirmPrompt().toStdString());
+    const QTextCursor word = document.find(driver.stage.cleanup.confirmWord());
+    EXPECT_EQ(word.charFormat().fontFamilies().toStringList(), QStringList{face});
+    EXPECT_NE(document.find(QStringLiteral(".")).charFormat().fontFamilies().toStringList(),
+              QStringList{face});
+}
+
 // List.
 
 TEST_F(AWindow, TheWholeCleanupWorksByKeyboardAlone) {
@@ -253,7 +275,8 @@ TEST_F(AWindow, AnUnsupportedObjectHasADisabledBox) {
                       list().data(list().index(row), CleanupListModel::TitleRole).toString().toStdString()));
     };
     int disabled = 0;
-    for (QAccessibleInterface* each : driver.all(QAccessible::CheckBox)) disabled += isEnabled(each) ? 0 : 1;
+    for (QAccessibleInterface* each : driver.all(QAccessible::CheckBox))
+        disabled += each->state().disabled ? 1 : 0;
     EXPECT_EQ(disabled, 1) << boxName(3).toStdString();
     driver.press(
         QAccessible::CheckBox,
@@ -262,7 +285,8 @@ TEST_F(AWindow, AnUnsupportedObjectHasADisabledBox) {
         QAccessible::CheckBox,
         QString::fromStdString(localized("a11y.selectGroup %@", model().displayTitle((*model().groups)[0]))));
     disabled = 0;
-    for (QAccessibleInterface* each : driver.all(QAccessible::CheckBox)) disabled += isEnabled(each) ? 0 : 1;
+    for (QAccessibleInterface* each : driver.all(QAccessible::CheckBox))
+        disabled += each->state().disabled ? 1 : 0;
     EXPECT_EQ(disabled, 1);
     EXPECT_FALSE(model().selectedItemIDs->contains(FileURL("/a/two")));
 }

@@ -42,6 +42,11 @@ FocusScope {
     Component.onCompleted: screen.listShown = visible
     Component.onDestruction: screen.listShown = false
 
+    StickyBand { // lies over the rows, and comes before them for assistive tools
+        id: sticky
+        z: 1
+        list: cleanupList
+    }
     ListView {
         id: view
         anchors.fill: parent
@@ -122,16 +127,13 @@ FocusScope {
         if (item) menu.open(row, item.mapToItem(null, 96, item.height / 2))
     }
 
+    ScreenOrder { target: view.contentItem }
     NumberAnimation {
         id: scroll
         target: view
         property: "contentY"
         duration: Theme.motion
         easing.type: Easing.OutCubic
-    }
-    StickyBand {
-        id: sticky
-        list: cleanupList
     }
     ThinScrollBar {
         anchors { right: parent.right; top: parent.top; bottom: parent.bottom; margins: 2 }

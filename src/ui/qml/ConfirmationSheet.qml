@@ -22,6 +22,12 @@ FocusScope {
         isPresented = false
         closed()
     }
+    // The prompt as rich text, the word in it with letters that are told apart easily.
+    function inFixedFont(prompt, word) {
+        const escaped = text => text.replace(/&/g, "&amp;").replace(/</g, "&lt;")
+        const face = `<span style="font-family: '${Theme.fixedFont}'; font-weight: 600">${escaped(word)}</span>`
+        return escaped(prompt).replace(escaped(word), () => face)
+    }
     function confirm() {
         if (!isPresented || !isConfirmed) return
         close()
@@ -93,8 +99,10 @@ FocusScope {
             }
             Label {
                 width: parent.width
-                text: sheet.screen.confirmPrompt
+                text: sheet.inFixedFont(sheet.screen.confirmPrompt, sheet.screen.confirmWord)
+                textFormat: Text.RichText
                 wrapMode: Text.Wrap
+                Accessible.name: sheet.screen.confirmPrompt
             }
             Rectangle {
                 width: parent.width
@@ -112,7 +120,7 @@ FocusScope {
                     color: Theme.text
                     selectionColor: Theme.prominent
                     selectedTextColor: Theme.onProminent
-                    font { family: "monospace"; pixelSize: Theme.body }
+                    font { family: Theme.fixedFont; pixelSize: Theme.body }
                     inputMethodHints: Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
                     onAccepted: sheet.confirm()
                     Keys.onTabPressed: cancel.forceActiveFocus(Qt.TabFocusReason)

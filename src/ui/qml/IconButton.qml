@@ -2,7 +2,7 @@ import QtQuick
 import Vesko.Window
 
 // A button that is a picture alone; its name is for the tooltip's place in assistive tools.
-FocusScope {
+Control {
     id: button
 
     required property string icon

@@ -2,7 +2,7 @@ import QtQuick
 import Vesko.Window
 
 // A button with a word: plain, prominent (the one main action of a screen) or destructive.
-FocusScope {
+Control {
     id: button
 
     enum Kind { Plain, Prominent, Destructive, Text }

@@ -2,7 +2,7 @@ import QtQuick
 import Vesko.Window
 
 // A card of the Home screen that leads somewhere. A disabled one takes no clicks and keeps its chevron.
-FocusScope {
+Control {
     id: card
 
     required property string icon
@@ -17,13 +17,14 @@ FocusScope {
     }
 
     implicitHeight: Math.max(88, texts.height + 40)
-    activeFocusOnTab: !isDisabled
+    enabled: !isDisabled
+    activeFocusOnTab: enabled
     Keys.onSpacePressed: act()
     Keys.onReturnPressed: act()
     Accessible.role: Accessible.Button
     Accessible.name: title
     Accessible.description: subtitle
-    Accessible.focusable: !isDisabled
+    Accessible.focusable: true
     Accessible.onPressAction: act()
 
     Rectangle {

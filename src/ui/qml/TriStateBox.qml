@@ -2,7 +2,7 @@ import QtQuick
 import Vesko.Window
 
 // A box with three states. It shows what it is given and asks for a change, and never turns by itself.
-FocusScope {
+Control {
     id: box
 
     required property int state3 // 0 off, 1 mixed, 2 on
