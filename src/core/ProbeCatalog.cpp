@@ -3,6 +3,7 @@
 #include "base/ProgrammingError.h"
 #include "core/CatalogRows.h"
 #include "core/SignificanceEngine.h"
+#include "probes/DockerProbes.h"
 #include "probes/IOSBackupProbe.h"
 #include "probes/InstallerProbe.h"
 #include "probes/ShallowScanProbe.h"
@@ -25,6 +26,9 @@ ProbeList probeCatalog() {
     for (ShallowScanRow& row : shallowScanRows()) add(ShallowScanProbe(std::move(row)));
     add(InstallerProbe(rowMetadata("installers.forgotten")));
     add(IOSBackupProbe(rowMetadata("backup.ios")));
+    add(DockerImagesProbe(rowMetadata("docker.images")));
+    add(DockerVolumesProbe(rowMetadata("docker.volumes")));
+    add(DockerBuildCacheProbe(rowMetadata("docker.buildcache")));
     return probes;
 }
 
