@@ -8,9 +8,9 @@
 #include "base/Paths.h"
 #include "concurrency/Concurrency.h"
 #include "core/BoundedSizeCalculator.h"
-#include "core/DiskSizeCalculator.h"
 #include "core/ProbeCatalog.h"
 #include "core/ScanEngine.h"
+#include "core/SharedSizeCalculator.h"
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -81,7 +81,7 @@ ScanEngine engineFor(const Options& options) {
     ScanEngine engine;
     engine.probes = probeCatalog();
     engine.size = std::make_shared<const BoundedSizeCalculator>(
-        std::make_shared<const DiskSizeCalculator>(),
+        std::make_shared<const SharedSizeCalculator>(),
         std::make_shared<SizingConcurrencyLimiter>(mostMeasurements));
     engine.demotedPaths.emplace();
     engine.home = options.home;

@@ -12,6 +12,7 @@ namespace vesko {
 /// Hard links count once, what is mounted inside does not count; a followed link's target brings its own file
 /// system. Nothing for a missing path, for anything but a folder (a link counts as the link), for a figure of
 /// 4096 or less, when the task is cancelled, and when the tree could not be walked for lack of resources.
+inline constexpr std::int64_t quickFigureFloor = 4096; ///< a quick figure has to be above
 std::optional<std::int64_t> fastDirectorySize(const FileURL& url, bool followLinks);
 
 /// What `du -sk` prints for a single thing that is no folder, times 1024: its allocated blocks rounded up to

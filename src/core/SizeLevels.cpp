@@ -4,6 +4,7 @@
 #include "concurrency/Cancelled.h"
 #include "core/DiskUsage.h"
 #include "core/FastDirectorySize.h"
+#include "core/MeasuredTrees.h"
 #include "core/WalkedSize.h"
 
 namespace vesko {
@@ -14,6 +15,19 @@ const SizeLevels& platformSizeLevels() {
         [](const FileURL& url, bool followLinks) { return fastDirectorySize(url, followLinks); },
         [](const FileURL& url, bool followLinks) { return duSize(url, followLinks); },
         [](const FileURL& url) { return walkedSize(url); },
+    };
+    return levels;
+}
+
+SizeLevels sharedSizeLevels(std::shared_ptr<MeasuredTrees> trees) {
+    SizeLevels levels = platformSizeLevels();
+    levels.quick = [trees](const FileURL& url, bool followLinks) {
+        const std::optional<std::int64_t> bytes = trees->bytes(url, followLinks);
+        return bytes && *bytes > quickFigureFloor ? bytes : std::nullopt;
+    };
+    levels.du = [trees](const FileURL& url, bool followLinks) {
+        const std::optional<std::int64_t> bytes = trees->bytes(url, followLinks);
+        return bytes ? *bytes : duSize(url, followLinks);
     };
     return levels;
 }

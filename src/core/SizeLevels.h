@@ -2,9 +2,12 @@
 #include "base/FileURL.h"
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace vesko {
+
+class MeasuredTrees;
 
 /// The ways to measure one path, from the cheapest to the last resort.
 struct SizeLevels {
@@ -18,6 +21,10 @@ struct SizeLevels {
 
 /// This machine's.
 const SizeLevels& platformSizeLevels();
+
+/// This machine's for one scan: folders are asked of `trees`, which reads overlapping ones once. What it says
+/// is what `du` would print, so the program runs only where it says nothing.
+SizeLevels sharedSizeLevels(std::shared_ptr<MeasuredTrees> trees);
 
 /// Asks the levels in their order: nothing there is 0; the quick figure, if there is one; what `du` says, if
 /// that is above zero; else the walk, and 0 when its task was cancelled meanwhile.

@@ -1,6 +1,6 @@
 #include "core/BoundedSizeCalculator.h"
-#include "core/DiskSizeCalculator.h"
 #include "core/ProbeCatalog.h"
+#include "core/SharedSizeCalculator.h"
 #include "orchestration/CleanupViewModel.h"
 #include "orchestration/ListJudgement.h"
 
@@ -117,7 +117,7 @@ ScanEngine CleanupViewModel::makeEngine(ScanMode mode) const {
     ScanEngine engine;
     engine.probes = probeCatalog();
     engine.size = std::make_shared<BoundedSizeCalculator>(
-        std::make_shared<DiskSizeCalculator>(),
+        std::make_shared<SharedSizeCalculator>(),
         std::make_shared<SizingConcurrencyLimiter>(measurementsAtOnce));
     engine.maxConcurrency = probesAtOnce;
     engine.demotedPaths.emplace();

@@ -1,10 +1,12 @@
 // tree_tool size PATH [links]     prints the quick figure, or "nothing"
 // tree_tool usage PATH THREADS    prints the figure of a walk with so many threads
 // tree_tool counts PATH [names]   walks with two threads and prints what was counted, one figure a line
+// tree_tool shared PATH...         prints each place's figure, all measured together; -1 for none
 // tree_tool visible PATH          prints what the last-resort walk gives
 // tree_tool remove PATH           prints "gone BYTES ENTRIES", or "KIND CODE PATH" with the path's bytes as
 // they are
 #include "core/FastDirectorySize.h"
+#include "core/MeasuredTrees.h"
 #include "execution/Remover.h"
 #include "platform/UsageSum.h"
 #include "platform/posix/WalkCounts.h"
@@ -50,6 +52,15 @@ int counts(const char* path, bool namesOnly) {
     return 0;
 }
 
+int shared(int count, char** paths) {
+    vesko::MeasuredTrees trees;
+    for (int i = 0; i < count; ++i) {
+        const auto bytes = trees.bytes(vesko::FileURL(paths[i]), false);
+        std::printf("%lld\n", static_cast<long long>(bytes.value_or(-1)));
+    }
+    return 0;
+}
+
 int visible(const char* path) {
     const vesko::VisibleAllocation found = vesko::visibleAllocatedSize(vesko::FileURL(path));
     if (const auto* bytes = std::get_if<std::int64_t>(&found))
@@ -84,9 +95,11 @@ int main(int count, char** words) {
     if (count >= 3 && std::strcmp(words[1], "size") == 0) return size(words[2], count > 3);
     if (count == 4 && std::strcmp(words[1], "usage") == 0) return usage(words[2], words[3]);
     if (count >= 3 && std::strcmp(words[1], "counts") == 0) return counts(words[2], count > 3);
+    if (count >= 3 && std::strcmp(words[1], "shared") == 0) return shared(count - 2, words + 2);
     if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
     if (count == 3 && std::strcmp(words[1], "remove") == 0) return removeItem(words[2]);
-    std::fputs("tree_tool size PATH [links] | usage PATH THREADS | counts PATH [names] | visible PATH | "
+    std::fputs("tree_tool size PATH [links] | usage PATH THREADS | counts PATH [names] | shared PATH... | "
+               "visible PATH | "
                "remove PATH\n",
                stderr);
     return 2;

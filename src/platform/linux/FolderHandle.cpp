@@ -49,7 +49,8 @@ bool mayReadUnseen(unsigned owner) noexcept {
 }
 
 AskedStatus ask(int folder, const char* name, int flags) noexcept {
-    constexpr unsigned wanted = STATX_TYPE | STATX_BLOCKS | STATX_NLINK | STATX_INO | STATX_UID | STATX_BTIME;
+    constexpr unsigned wanted =
+        STATX_TYPE | STATX_BLOCKS | STATX_NLINK | STATX_INO | STATX_UID | STATX_BTIME | STATX_MNT_ID;
     struct statx raw;
     if (::statx(folder, name, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, wanted, &raw) != 0)
         return std::unexpected(lastError());
@@ -59,6 +60,7 @@ AskedStatus ask(int folder, const char* name, int flags) noexcept {
     status.identity.inode = raw.stx_ino;
     if (raw.stx_mask & STATX_BTIME)
         status.identity.birth = raw.stx_btime.tv_sec * 1'000'000'000 + raw.stx_btime.tv_nsec;
+    status.mount = raw.stx_mnt_id;
     status.allocatedBytes = static_cast<std::int64_t>(raw.stx_blocks) * 512;
     status.links = raw.stx_nlink;
     status.kind = kindOf(raw.stx_mode);

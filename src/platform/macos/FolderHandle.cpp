@@ -30,6 +30,7 @@ EntryStatus statusOf(const struct stat& raw) noexcept {
     status.identity.device = static_cast<std::uint64_t>(raw.st_dev);
     status.identity.inode = raw.st_ino;
     status.identity.birth = raw.st_birthtimespec.tv_sec * 1'000'000'000LL + raw.st_birthtimespec.tv_nsec;
+    status.mount = status.identity.device;
     status.allocatedBytes = static_cast<std::int64_t>(raw.st_blocks) * 512;
     status.links = raw.st_nlink;
     status.kind = kindOf(raw.st_mode);

@@ -23,6 +23,7 @@ struct FolderIdentity {
 /// What the system says of one entry.
 struct EntryStatus {
     FolderIdentity identity;
+    std::uint64_t mount = 0; ///< set by statusAt and folderStatus: the same for all of one mount
     std::int64_t allocatedBytes = 0;
     std::uint32_t links = 1;
     EntryKind kind = EntryKind::other;

@@ -37,12 +37,13 @@ std::string FolderNode::pathOf(std::string_view entry) const {
 }
 
 FolderNodeRef FolderNodeRef::root(std::string path) {
-    return FolderNodeRef(new FolderNode(nullptr, std::move(path), false));
+    return FolderNodeRef(new FolderNode(nullptr, std::move(path), false, 0));
 }
 
-FolderNodeRef FolderNodeRef::below(const FolderNodeRef& parent, std::string name, bool isThroughLink) {
+FolderNodeRef FolderNodeRef::below(const FolderNodeRef& parent, std::string name, bool isThroughLink,
+                                   std::uint32_t number) {
     parent.node_->references_.fetch_add(1, std::memory_order_relaxed);
-    return FolderNodeRef(new FolderNode(parent.node_, std::move(name), isThroughLink));
+    return FolderNodeRef(new FolderNode(parent.node_, std::move(name), isThroughLink, number));
 }
 
 void FolderNodeRef::release() noexcept {

@@ -17,6 +17,9 @@ public:
     const std::string& name() const noexcept { return name_; } ///< of the root: its whole path
     std::uint32_t depth() const noexcept { return depth_; }    ///< 0 for the root
     bool isThroughLink() const noexcept { return isThroughLink_; }
+    /// Whether a link leads here or to a folder above.
+    bool isBeyondLink() const noexcept { return isBeyondLink_; }
+    std::uint32_t number() const noexcept { return number_; } ///< given by its walk; 0 for the root
 
     /// The root's path and the names below it.
     std::string path() const;
@@ -24,14 +27,16 @@ public:
 
 private:
     friend class FolderNodeRef;
-    FolderNode(const FolderNode* parent, std::string name, bool isThroughLink)
-        : parent_(parent), name_(std::move(name)), depth_(parent ? parent->depth_ + 1 : 0),
-          isThroughLink_(isThroughLink) {}
+    FolderNode(const FolderNode* parent, std::string name, bool isThroughLink, std::uint32_t number)
+        : parent_(parent), name_(std::move(name)), depth_(parent ? parent->depth_ + 1 : 0), number_(number),
+          isThroughLink_(isThroughLink), isBeyondLink_(isThroughLink || (parent && parent->isBeyondLink_)) {}
 
     const FolderNode* parent_; ///< one reference is held
     std::string name_;
     std::uint32_t depth_;
+    std::uint32_t number_;
     bool isThroughLink_;
+    bool isBeyondLink_;
     mutable std::atomic<std::uint32_t> references_{1};
 };
 
@@ -51,7 +56,8 @@ public:
     ~FolderNodeRef() { release(); }
 
     static FolderNodeRef root(std::string path);
-    static FolderNodeRef below(const FolderNodeRef& parent, std::string name, bool isThroughLink = false);
+    static FolderNodeRef below(const FolderNodeRef& parent, std::string name, bool isThroughLink = false,
+                               std::uint32_t number = 0);
 
     const FolderNode* operator->() const noexcept { return node_; }
     const FolderNode& operator*() const noexcept { return *node_; }

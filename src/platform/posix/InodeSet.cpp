@@ -23,6 +23,24 @@ bool InodeSet::insert(std::uint64_t device, std::uint64_t inode) {
     return shard.byDevice.emplace_back(device, Table()).second.insert(inode, hash);
 }
 
+bool InodeSet::contains(std::uint64_t device, std::uint64_t inode) {
+    const std::uint64_t hash = spread(inode);
+    Shard& shard = shards_[hash >> 60];
+    const std::lock_guard lock(shard.mutex);
+    for (const auto& [known, table] : shard.byDevice)
+        if (known == device) return table.contains(inode, hash);
+    return false;
+}
+
+bool InodeSet::Table::contains(std::uint64_t inode, std::uint64_t hash) const {
+    if (inode == 0) return hasZero_;
+    if (places_.empty()) return false;
+    const std::size_t mask = places_.size() - 1;
+    for (std::size_t place = hash & mask; places_[place] != 0; place = (place + 1) & mask)
+        if (places_[place] == inode) return true;
+    return false;
+}
+
 bool InodeSet::Table::insert(std::uint64_t inode, std::uint64_t hash) {
     if (inode == 0) return !std::exchange(hasZero_, true);
     if (used_ * 4 >= places_.size() * 3) grow();

@@ -14,12 +14,14 @@ class InodeSet {
 public:
     /// True for the first that comes with these numbers.
     bool insert(std::uint64_t device, std::uint64_t inode);
+    bool contains(std::uint64_t device, std::uint64_t inode);
 
 private:
     /// The inodes of one device, by open addressing; 0 marks a free place and is kept apart.
     class Table {
     public:
         bool insert(std::uint64_t inode, std::uint64_t hash);
+        bool contains(std::uint64_t inode, std::uint64_t hash) const;
 
     private:
         void grow();

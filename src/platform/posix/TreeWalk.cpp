@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace vesko {
 
@@ -90,6 +91,13 @@ bool TreeWalk::takeWork(Worker& worker) {
     ++waiting_;
     while (shared_.empty() && !done_) {
         if (waiting_ == workers_) {
+            // Everything else is walked, and nobody can add to it meanwhile.
+            if (std::vector<Late> late = takeLate(); !late.empty()) {
+                --waiting_;
+                lock.unlock();
+                showLate(worker, std::move(late));
+                return true;
+            }
             done_ = true;
             changed_.notify_all();
             break;
@@ -109,6 +117,29 @@ bool TreeWalk::takeWork(Worker& worker) {
     shared_.pop_back();
     worker.closedBelow = worker.stack.back().folder.isOpen() ? 0 : 1;
     return true;
+}
+
+std::vector<TreeWalk::Late> TreeWalk::takeLate() {
+    if (stopped_) return {};
+    return std::exchange(putOff_.empty() ? links_ : putOff_, {});
+}
+
+void TreeWalk::showLate(Worker& worker, std::vector<Late> late) {
+    for (Late& each : late) {
+        if (options_.stop.stopRequested()) return;
+        TreeEntry entry(*each.folder.node, each.name);
+        entry.status = each.status;
+        entry.depth = each.folder.node->depth() + 1;
+        entry.number = each.number;
+        entry.isThroughLink = each.isThroughLink;
+        entry.isAgain = !each.isThroughLink;
+        if (each.isThroughLink) entry.isFirstSighting = isFirst(entry);
+        if (visitor_.visit(entry, worker.number) != TreeVisitor::Next::enter || !entry.isFirstSighting)
+            continue;
+        PackedNames name;
+        name.push(each.name, markOf(entry), each.number);
+        push(worker, {std::move(each.folder), std::move(name)});
+    }
 }
 
 /// Gives the oldest folder away, or half of the only one.
@@ -180,6 +211,7 @@ void TreeWalk::enterNext(Worker& worker) {
     Pending& pending = worker.stack.back();
     const OpenFolder folder = pending.folder;
     std::string name;
+    const std::uint32_t number = pending.names.lastNumber();
     const char mark = pending.names.pop(name);
     if (pending.names.empty()) {
         dropTop(worker);
@@ -190,7 +222,7 @@ void TreeWalk::enterNext(Worker& worker) {
         tell(worker, *folder.node, name, opened.error());
         return;
     }
-    FolderNodeRef node = FolderNodeRef::below(folder.node, std::move(name), mark == linkedFolder);
+    FolderNodeRef node = FolderNodeRef::below(folder.node, std::move(name), mark == linkedFolder, number);
     readFolder(worker, std::move(node), std::move(*opened));
 }
 
@@ -243,9 +275,21 @@ void TreeWalk::readFolder(Worker& worker, FolderNodeRef node, FolderHandle handl
             return;
         }
     }
+    if (!worker.late.empty())
+        if (const AskedStatus own = folderStatus(handle)) keepLate(worker, node, own->identity);
     if (inside.empty()) return;
     auto shared = std::make_shared<const FolderHandle>(std::move(handle));
     push(worker, {OpenFolder{std::move(node), std::move(shared), {}}, std::move(inside)});
+}
+
+/// The handle is not kept: there may be very many of them.
+void TreeWalk::keepLate(Worker& worker, const FolderNodeRef& node, FolderIdentity identity) {
+    const std::lock_guard lock(mutex_);
+    for (Late& late : worker.late) {
+        late.folder = OpenFolder{node, {}, identity};
+        (late.isThroughLink ? links_ : putOff_).push_back(std::move(late));
+    }
+    worker.late.clear();
 }
 
 void TreeWalk::visitEntry(Worker& worker, const FolderNode& node, const FolderHandle& handle,
@@ -256,13 +300,34 @@ void TreeWalk::visitEntry(Worker& worker, const FolderNode& node, const FolderHa
     if (!worker.reader.isKindKnown())
         if (const AskedStatus asked = entryStatus(handle, entry.name.data())) entry.status = *asked;
     if (followsLinks_ && entry.status.kind == EntryKind::link) followLink(handle, entry);
+    const bool isFolder = entry.status.kind == EntryKind::folder;
+    if (isFolder) entry.number = newNumber();
+    const FolderIdentity& identity = entry.status.identity;
+    if (isFolder && entry.isThroughLink && !met_.contains(identity.device, identity.inode)) {
+        putOff(worker, entry);
+        visitor_.linkPutOff();
+        return;
+    }
     entry.isFirstSighting = isFirst(entry);
-    const bool enters = visitor_.visit(entry, worker.number) == TreeVisitor::Next::enter;
-    if (!enters || entry.status.kind != EntryKind::folder || !entry.isFirstSighting) return;
-    if (entry.isThroughLink)
-        inside.push(entry.name, linkedFolder);
-    else if (!entry.status.isMountRoot)
-        inside.push(entry.name, entry.status.isOwned || !wantsSizes_ ? ownFolder : foreignFolder);
+    const TreeVisitor::Next next = visitor_.visit(entry, worker.number);
+    if (!isFolder || !entry.isFirstSighting || entry.status.isMountRoot) return;
+    if (next == TreeVisitor::Next::putOff)
+        putOff(worker, entry);
+    else if (next == TreeVisitor::Next::enter)
+        inside.push(entry.name, markOf(entry), entry.number);
+}
+
+void TreeWalk::putOff(Worker& worker, const TreeEntry& entry) {
+    worker.late.push_back({{}, std::string(entry.name), entry.status, entry.number, entry.isThroughLink});
+}
+
+char TreeWalk::markOf(const TreeEntry& entry) const {
+    if (entry.isThroughLink) return linkedFolder;
+    return entry.status.isOwned || !wantsSizes_ ? ownFolder : foreignFolder;
+}
+
+std::uint32_t TreeWalk::newNumber() {
+    return wantsSizes_ ? lastNumber_.fetch_add(1, std::memory_order_relaxed) + 1 : 0;
 }
 
 void TreeWalk::followLink(const FolderHandle& handle, TreeEntry& entry) {

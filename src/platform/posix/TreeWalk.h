@@ -28,6 +28,14 @@ private:
         OpenFolder folder;
         PackedNames names;
     };
+    /// An entry that comes after all else, and the folder that it lies in.
+    struct Late {
+        OpenFolder folder;
+        std::string name;
+        EntryStatus status;
+        std::uint32_t number;
+        bool isThroughLink;
+    };
     struct Worker {
         explicit Worker(unsigned ownNumber) : number(ownNumber) {}
         unsigned number;
@@ -35,6 +43,7 @@ private:
         std::vector<Pending> stack;
         std::size_t closedBelow = 0; ///< the handles of the stack's first entries are closed
         OpenFolder lastFinished;     ///< the way back up begins here
+        std::vector<Late> late;      ///< of the folder that is being read
         std::size_t entries = 0;
     };
 
@@ -44,6 +53,9 @@ private:
     void work(Worker& worker);
     bool takeWork(Worker& worker);
     void shareWork(Worker& worker);
+    std::vector<Late> takeLate();
+    void showLate(Worker& worker, std::vector<Late> late);
+    void keepLate(Worker& worker, const FolderNodeRef& node, FolderIdentity identity);
     void startHelpersForLargeTree(const Worker& worker);
     void joinHelpers();
 
@@ -55,6 +67,9 @@ private:
     void readFolder(Worker& worker, FolderNodeRef node, FolderHandle handle);
     void visitEntry(Worker& worker, const FolderNode& node, const FolderHandle& handle, PackedNames& inside);
     void followLink(const FolderHandle& handle, TreeEntry& entry);
+    static void putOff(Worker& worker, const TreeEntry& entry);
+    char markOf(const TreeEntry& entry) const;
+    std::uint32_t newNumber();
     bool isFirst(const TreeEntry& entry);
     void tell(Worker& worker, const FolderNode& folder, std::string_view name, std::error_code code);
 
@@ -69,9 +84,12 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Pending> shared_; ///< given away, not yet taken
+    std::vector<Late> putOff_;    ///< by the visitor
+    std::vector<Late> links_;     ///< to folders
     unsigned workers_ = 1;
     unsigned waiting_ = 0;
     bool done_ = false;
+    std::atomic<std::uint32_t> lastNumber_{0};
     std::atomic<bool> someoneWaits_{false};
     std::atomic<bool> stopped_{false};
     std::atomic<bool> exhausted_{false};

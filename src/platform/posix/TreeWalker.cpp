@@ -5,6 +5,9 @@
 
 namespace vesko {
 
+TreeEntry::TreeEntry(const FolderNode& folder, std::string_view entryName) noexcept
+    : name(entryName), holder(folder.number()), isBeyondLink(folder.isBeyondLink()), folder_(folder) {}
+
 std::string TreeEntry::path() const { return folder_.pathOf(name); }
 
 WalkOutcome walkTree(const FileURL& root, TreeVisitor& visitor, const TreeWalkOptions& options) {

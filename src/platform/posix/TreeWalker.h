@@ -15,13 +15,18 @@ class FolderNode;
 /// One entry as a walk meets it; valid during the call that shows it.
 class TreeEntry {
 public:
-    TreeEntry(const FolderNode& folder, std::string_view entryName) noexcept
-        : name(entryName), folder_(folder) {}
+    TreeEntry(const FolderNode& folder, std::string_view entryName) noexcept;
 
     std::string_view name; ///< its last component; empty for the root of the walk
     EntryStatus status;    ///< without sizes only kind, inode and, for links' targets, the device are set
     std::size_t depth = 0; ///< 0 for the root, 1 for what lies in it
+    /// Of a folder, and of the folder that the entry lies in: 0 for the root, above that of the folder around
+    /// it, none twice. Only in a walk that asks sizes.
+    std::uint32_t number = 0;
+    std::uint32_t holder = 0;
     bool isThroughLink = false; ///< the status is that of a followed link's target
+    bool isBeyondLink = false;  ///< it lies below a followed link
+    bool isAgain = false;       ///< it was put off before
     /// False for a further name of something already shown: a hard link, or a folder that moved meanwhile.
     bool isFirstSighting = true;
 
@@ -44,9 +49,16 @@ struct TreeProblem {
 class TreeVisitor {
 public:
     virtual ~TreeVisitor() = default;
-    enum class Next { enter, pass };
-    /// Before an entry's own entries. The answer counts for folders that the walk could enter.
+    enum class Next {
+        enter,
+        pass,
+        putOff, ///< shown again once everything else is walked, and before links to folders are followed
+    };
+    /// Before an entry's own entries. The answer counts for folders that the walk could enter; what was put
+    /// off once is not put off again.
     virtual Next visit(const TreeEntry& entry, unsigned worker) = 0;
+    /// A link to a folder was met; it is shown later, with its target.
+    virtual void linkPutOff() {}
     virtual void problem(const TreeProblem&, unsigned /*worker*/) {}
 };
 
@@ -75,7 +87,8 @@ enum class WalkOutcome {
 /// an entry is shown with `isMountRoot`) nor opens anything but folders, and leaves no access dates where it
 /// may. What it asks of the system is added to walkCounts. With links followed, an entry that is a link is
 /// shown as its target, a dangling one as itself; every folder is entered once, whatever leads to it, so
-/// loops end. The root itself is never followed.
+/// loops end; links to folders come after all else, so that what lies in the tree is met at its own place.
+/// The root itself is never followed.
 WalkOutcome walkTree(const FileURL& root, TreeVisitor& visitor, const TreeWalkOptions& options = {});
 
 } // namespace vesko
