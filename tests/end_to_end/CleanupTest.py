@@ -127,7 +127,7 @@ class Cleanup(unittest.TestCase):
         # The first scan starts with the grant.
         screens.Cleanup(program).open().wait_for_scan()
 
-    def testASecondStartShowsTheCachedListAtOnceAndKeepsIt(self):
+    def testASecondStartKeepsTheListOfTheFirst(self):
         screen = self.begin()
         paths = screen.cached_paths()
         screen.program.close_window()

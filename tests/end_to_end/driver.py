@@ -86,17 +86,21 @@ class Session:
              "org.a11y.Bus.GetAddress"],
             capture_output=True, check=False).returncode == 0, what="the accessibility bus")
 
-    def start(self, program="vesko", arguments=(), environment=None):
-        """Start the program and wait for its window; returns a Program."""
+    def launch(self, program="vesko", arguments=(), environment=None):
+        """Start the program and return its process at once."""
         locale = LANGUAGES[self.language]
         own = {
             **os.environ, "LANG": locale, "LANGUAGE": locale.split(".")[0], "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_QUICK_BACKEND": "software", "QT_QPA_PLATFORM": "xcb", **(environment or {}),
         }
         path = program if os.sep in program else stage.program(program)
+        return self._start([path, *arguments], stdout=self._log, env=own)
+
+    def start(self, program="vesko", arguments=(), environment=None):
+        """Start the program and wait for its window; returns a Program."""
         cached = self.cache_path()
         before = cached.stat().st_mtime_ns if cached.exists() else None
-        return Program(self, self._start([path, *arguments], stdout=self._log, env=own), before)
+        return Program(self, self.launch(program, arguments, environment), before)
 
     def cache_path(self):
         return self.home / ".local/share/Vesko/scan-cache.json"
@@ -113,6 +117,13 @@ class Session:
             if child.stdout:
                 child.stdout.close()
         self._log.close()
+
+
+def window_of(child):
+    """The window that a process shows, by the window system's number for it; None while it shows none."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(child.pid)],
+                           capture_output=True, text=True, check=False).stdout.split()
+    return found[-1] if found else None
 
 
 class Program:
@@ -140,9 +151,7 @@ class Program:
         return None
 
     def _window(self):
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.child.pid)],
-                               capture_output=True, text=True, check=False).stdout.split()
-        return found[-1] if found else None
+        return window_of(self.child)
 
     # --- looking
 
@@ -315,15 +324,52 @@ class _Event(ctypes.Union):
     _fields_ = [("client", _ClientMessage), ("room", ctypes.c_long * 24)]
 
 
-def send_close_request(window):
-    """Send WM_DELETE_WINDOW, which is what a window manager sends when a person closes a window."""
+def _x_library():
     library = ctypes.CDLL("libX11.so.6")
     library.XOpenDisplay.restype = ctypes.c_void_p
+    library.XDefaultRootWindow.restype = ctypes.c_ulong
+    library.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
+    library.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
+    library.XCloseDisplay.argtypes = [ctypes.c_void_p]
+    return library
+
+
+class Cover:
+    """Another program's window, over everything."""
+
+    def __init__(self):
+        self.x = _x_library()
+        self.x.XCreateSimpleWindow.restype = ctypes.c_ulong
+        self.x.XCreateSimpleWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong, *[ctypes.c_int] * 2,
+                                               *[ctypes.c_uint] * 3, *[ctypes.c_ulong] * 2]
+        self.x.XMapRaised.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
+        self.x.XQueryTree.argtypes = [ctypes.c_void_p, ctypes.c_ulong, *[ctypes.POINTER(ctypes.c_ulong)] * 2,
+                                      ctypes.POINTER(ctypes.POINTER(ctypes.c_ulong)), ctypes.POINTER(ctypes.c_uint)]
+        self.display = self.x.XOpenDisplay(None)
+        self.root = self.x.XDefaultRootWindow(self.display)
+        self.window = self.x.XCreateSimpleWindow(self.display, self.root, 0, 0, 1280, 900, 0, 0, 0)
+        self.x.XMapRaised(self.display, self.window)
+        self.x.XSync(self.display, 0)
+
+    def is_above(self, window):
+        """Whether it lies over that window."""
+        root, parent, count = ctypes.c_ulong(), ctypes.c_ulong(), ctypes.c_uint()
+        children = ctypes.POINTER(ctypes.c_ulong)()
+        self.x.XQueryTree(self.display, self.root, ctypes.byref(root), ctypes.byref(parent), ctypes.byref(children),
+                          ctypes.byref(count))
+        from_below = children[:count.value]
+        return from_below.index(self.window) > from_below.index(int(window))
+
+    def close(self):
+        self.x.XCloseDisplay(self.display)
+
+
+def send_close_request(window):
+    """Send WM_DELETE_WINDOW, which is what a window manager sends when a person closes a window."""
+    library = _x_library()
     library.XInternAtom.restype = ctypes.c_ulong
     library.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
     library.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
-    library.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
-    library.XCloseDisplay.argtypes = [ctypes.c_void_p]
     display = library.XOpenDisplay(None)
     event = _Event()
     event.client.type = 33  # ClientMessage
