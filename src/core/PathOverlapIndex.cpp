@@ -1,6 +1,8 @@
 #include "core/PathOverlapIndex.h"
 
 #include "base/ProgrammingError.h"
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <utility>
 
@@ -17,40 +19,71 @@ private:
     std::uint64_t value_ = 0xcbf29ce484222325U;
 };
 
-/// Calls `visit(hash, length)` for each beginning before a "/" and for the whole, until it answers false.
-template <class Visit> void visitBeginnings(std::string_view path, Visit visit) {
-    GrowingHash hash;
-    for (std::size_t length = 0; length < path.size(); ++length) {
-        if (path[length] == '/' && !visit(hash.value(), length)) return;
-        hash.add(path[length]);
-    }
-    visit(hash.value(), path.size());
-}
-
 constexpr std::size_t longestPath = (1U << 30) - 1;
+/// So many paths are under way between being called for and being looked at: enough to hide how long memory
+/// takes, few enough that none is pushed out of the nearest cache meanwhile.
+constexpr std::size_t pathsAhead = 16;
+constexpr std::size_t usualParts = 16;
+constexpr std::size_t usualPathLength = 64;
 
 } // namespace
 
 /// Two beginnings a path: most lie beside each other in few folders.
 PathOverlapIndex::PathOverlapIndex(std::size_t expectedPaths)
-    : places_(std::bit_ceil(expectedPaths * 4 + 64)) {}
+    : places_(std::bit_ceil(expectedPaths * 2 + 64)) {
+    texts_.reserve(expectedPaths * usualPathLength);
+}
 
-void PathOverlapIndex::insert(std::string_view path) {
-    if (path.size() > longestPath) programmingError("a path of a gigabyte");
+template <class Use>
+void PathOverlapIndex::lookAhead(const std::vector<std::string_view>& paths, Use use) const {
+    std::array<Hashes, pathsAhead> underWay;
+    for (Hashes& hashes : underWay) hashes.reserve(usualParts);
+    for (std::size_t index = 0; index < paths.size() + pathsAhead; ++index) {
+        Hashes& hashes = underWay[index % pathsAhead];
+        if (index >= pathsAhead && index - pathsAhead < paths.size()) use(paths[index - pathsAhead], hashes);
+        if (index < paths.size()) hashAndFetch(paths[index], hashes);
+    }
+}
+
+/// One pass along the path gives the hashes of all its beginnings.
+void PathOverlapIndex::hashAndFetch(std::string_view path, Hashes& hashes) const {
+    hashes.clear();
+    GrowingHash hash;
+    const auto end = [&](std::size_t length) {
+        __builtin_prefetch(&places_[hash.value() & (places_.size() - 1)]);
+        hashes.push_back({hash.value(), static_cast<std::uint32_t>(length)});
+    };
+    for (std::size_t length = 0; length < path.size(); ++length) {
+        if (path[length] == '/') end(length);
+        hash.add(path[length]);
+    }
+    end(path.size());
+}
+
+void PathOverlapIndex::insert(const std::vector<std::string_view>& paths) {
+    std::size_t bytes = texts_.size();
+    for (const std::string_view path : paths) {
+        if (path.size() > longestPath) programmingError("a path of a gigabyte");
+        bytes += path.size();
+    }
+    if (bytes > texts_.capacity()) texts_.reserve(std::max(bytes, 2 * texts_.capacity()));
+    lookAhead(paths, [&](std::string_view path, const Hashes& hashes) { insertHashed(path, hashes); });
+}
+
+void PathOverlapIndex::insertHashed(std::string_view path, const Hashes& hashes) {
     isEmpty_ = false;
     const std::size_t offset = texts_.size();
     texts_ += path;
-    visitBeginnings(path, [&](std::uint32_t hash, std::size_t length) {
+    for (const auto [hash, length] : hashes) {
         Beginning& place = places_[placeOf(hash, path.substr(0, length))];
         if (length == path.size()) place.isMember = 1;
-        if (place.isTaken) return true;
+        if (place.isTaken) continue;
         place.offset = offset;
         place.hash = hash;
-        place.length = static_cast<std::uint32_t>(length) & longestPath;
+        place.length = length & longestPath;
         place.isTaken = 1;
-        if (++taken_ * 2 > places_.size()) grow();
-        return true;
-    });
+        if (++taken_ * 4 > places_.size() * 3) grow();
+    }
 }
 
 void PathOverlapIndex::grow() {
@@ -70,17 +103,27 @@ std::size_t PathOverlapIndex::placeOf(std::uint32_t hash, std::string_view text)
 }
 
 PathOverlapIndex::Relation PathOverlapIndex::relationOf(std::string_view path) const {
-    Relation relation = Relation::none;
-    visitBeginnings(path, [&](std::uint32_t hash, std::size_t length) {
+    Hashes hashes;
+    hashAndFetch(path, hashes);
+    return relationOf(path, hashes);
+}
+
+PathOverlapIndex::Relation PathOverlapIndex::relationOf(std::string_view path, const Hashes& hashes) const {
+    for (const auto [hash, length] : hashes) {
         const Beginning& found = places_[placeOf(hash, path.substr(0, length))];
-        if (found.isMember) {
-            relation = Relation::held;
-        } else if (found.isTaken && length == path.size()) {
-            relation = Relation::contains;
-        }
-        return found.isTaken && !found.isMember;
+        if (found.isMember) return Relation::held;
+        if (!found.isTaken) return Relation::none;
+    }
+    return Relation::contains;
+}
+
+std::vector<bool> PathOverlapIndex::overlaps(const std::vector<std::string_view>& paths) const {
+    std::vector<bool> answers;
+    answers.reserve(paths.size());
+    lookAhead(paths, [&](std::string_view path, const Hashes& hashes) {
+        answers.push_back(relationOf(path, hashes) != Relation::none);
     });
-    return relation;
+    return answers;
 }
 
 } // namespace vesko

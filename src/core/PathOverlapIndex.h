@@ -15,13 +15,17 @@ public:
     /// Room for so many paths; more may come.
     explicit PathOverlapIndex(std::size_t expectedPaths = 0);
 
-    void insert(std::string_view path);
+    void insert(std::string_view path) { insert(std::vector<std::string_view>{path}); }
+    void insert(const std::vector<std::string_view>& paths);
     bool empty() const noexcept { return isEmpty_; }
 
     /// Whether `path` is a member or lies in one.
     bool holds(std::string_view path) const { return relationOf(path) == Relation::held; }
     /// Whether `path` is a member, lies in one or contains one.
     bool overlaps(std::string_view path) const { return relationOf(path) != Relation::none; }
+    /// The same for each of the paths. Many at once are quicker than one after the other, and so much the
+    /// more the larger the set: what takes the time is waiting for memory, and here that overlaps.
+    std::vector<bool> overlaps(const std::vector<std::string_view>& paths) const;
 
 private:
     enum class Relation { none, held, contains };
@@ -36,7 +40,19 @@ private:
         std::uint32_t isMember : 1 = 0; ///< it is the whole path of a member
     };
 
+    /// Where a path's beginning ends and what it hashes to.
+    struct BeginningHash {
+        std::uint32_t hash;
+        std::uint32_t length;
+    };
+    using Hashes = std::vector<BeginningHash>;
+
+    /// Hashes each path and calls for its places in memory, and some paths later hands it to `use`.
+    template <class Use> void lookAhead(const std::vector<std::string_view>& paths, Use use) const;
+    void hashAndFetch(std::string_view path, Hashes& hashes) const;
+    void insertHashed(std::string_view path, const Hashes& hashes);
     Relation relationOf(std::string_view path) const;
+    Relation relationOf(std::string_view path, const Hashes& hashes) const;
     std::string_view textOf(const Beginning& beginning) const {
         return std::string_view(texts_).substr(beginning.offset, beginning.length);
     }

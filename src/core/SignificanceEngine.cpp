@@ -6,6 +6,9 @@
 #include "core/PathOverlapIndex.h"
 #include <algorithm>
 #include <array>
+#include <deque>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -37,10 +40,24 @@ bool isStandardized(std::string_view path) {
     return true;
 }
 
-/// Gives the item's path in its cleaned form to `use`; a copy is made only where it is not clean already.
-template <class Use> auto withStandardizedPath(const ScannableItem& item, Use use) {
-    const std::string& path = item.url.path();
-    return isStandardized(path) ? use(path) : use(standardizedPath(path));
+/// Hands the items' paths in their cleaned form to `use(first, paths)`, `first` being the place of the first
+/// of them. A few at a time, so that their bytes are still near when they are looked at again; a copy is made
+/// only of one that is not clean already.
+template <class Use> void withStandardizedPaths(const ItemList& items, Use use) {
+    constexpr std::size_t few = 256;
+    constexpr std::size_t ahead = 4;
+    std::vector<std::string_view> paths;
+    std::deque<std::string> cleaned;
+    for (std::size_t first = 0; first < items.size(); first += paths.size()) {
+        paths.clear();
+        cleaned.clear();
+        for (std::size_t index = first; index < std::min(first + few, items.size()); ++index) {
+            if (index + ahead < items.size()) __builtin_prefetch(items[index + ahead].url.path().data());
+            const std::string& path = items[index].url.path();
+            paths.emplace_back(isStandardized(path) ? path : cleaned.emplace_back(standardizedPath(path)));
+        }
+        use(first, paths);
+    }
 }
 
 PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
@@ -50,8 +67,9 @@ PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
     PathOverlapIndex covered(count);
     for (const CleanupGroup& group : groups) {
         if (isDiscovery(group)) continue;
-        for (const ScannableItem& item : group.items)
-            withStandardizedPath(item, [&](std::string_view path) { covered.insert(path); });
+        withStandardizedPaths(group.items, [&](std::size_t, const std::vector<std::string_view>& paths) {
+            covered.insert(paths);
+        });
     }
     return covered;
 }
@@ -60,40 +78,62 @@ PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
 std::vector<ScannableItem> uncovered(const ItemList& items, const PathOverlapIndex& covered) {
     std::vector<ScannableItem> kept;
     kept.reserve(items.size());
-    for (const ScannableItem& item : items)
-        if (!withStandardizedPath(item, [&](std::string_view path) { return covered.overlaps(path); }))
-            kept.push_back(item);
+    withStandardizedPaths(items, [&](std::size_t first, const std::vector<std::string_view>& paths) {
+        const std::vector<bool> isCovered = covered.overlaps(paths);
+        for (std::size_t index = 0; index < paths.size(); ++index)
+            if (!isCovered[index]) kept.push_back(items[first + index]);
+    });
     return kept;
 }
 
-/// Of two items with the same URL the larger stays, of two equal ones the first.
-std::vector<ScannableItem> withoutRepeatedURLs(std::vector<ScannableItem> items) {
-    std::unordered_map<FileURL, std::size_t> places;
-    places.reserve(items.size());
-    std::vector<ScannableItem> kept;
-    kept.reserve(items.size());
-    for (ScannableItem& item : items) {
-        const auto [place, isNew] = places.try_emplace(item.url, kept.size());
-        if (isNew) {
-            kept.push_back(std::move(item));
-        } else if (item.size > kept[place->second].size) {
-            kept[place->second] = std::move(item);
+/// Looks a URL up where it lies, without a copy.
+struct HashOfURL {
+    std::size_t operator()(const FileURL* url) const noexcept { return url->hash(); }
+};
+struct SameURL {
+    bool operator()(const FileURL* a, const FileURL* b) const noexcept { return *a == *b; }
+};
+
+/// All items of project artifacts; of two with the same URL the larger stays, of two equal ones the first.
+std::vector<ScannableItem> projectArtifacts(const std::vector<CleanupGroup>& groups) {
+    std::size_t count = 0;
+    for (const CleanupGroup& group : groups)
+        if (isProjectArtifacts(group)) count += group.items.size();
+    std::unordered_map<const FileURL*, std::size_t, HashOfURL, SameURL> places;
+    places.reserve(count);
+    std::vector<const ScannableItem*> kept;
+    kept.reserve(count);
+    for (const CleanupGroup& group : groups) {
+        if (!isProjectArtifacts(group)) continue;
+        for (const ScannableItem& item : group.items) {
+            const auto [place, isNew] = places.try_emplace(&item.url, kept.size());
+            if (isNew)
+                kept.push_back(&item);
+            else if (item.size > kept[place->second]->size)
+                kept[place->second] = &item;
         }
     }
-    return kept;
+    std::vector<ScannableItem> items;
+    items.reserve(kept.size());
+    for (const ScannableItem* item : kept) items.push_back(*item);
+    return items;
 }
 
-void sortByTotal(std::vector<CleanupGroup>& groups) {
+/// Largest first; gives the sum of all.
+std::int64_t sortByTotal(std::vector<CleanupGroup>& groups) {
+    std::int64_t total = 0;
     std::vector<std::pair<std::int64_t, CleanupGroup>> weighed;
     weighed.reserve(groups.size());
     for (CleanupGroup& group : groups) {
         const std::int64_t bytes = groupBytes(group);
+        total = checkedSum(total, bytes);
         weighed.emplace_back(bytes, std::move(group));
     }
     std::stable_sort(weighed.begin(), weighed.end(),
                      [](const auto& a, const auto& b) { return a.first > b.first; });
     groups.clear();
     for (auto& [bytes, group] : weighed) groups.push_back(std::move(group));
+    return total;
 }
 
 } // namespace
@@ -102,9 +142,8 @@ ScanReport SignificanceEngine::evaluate(std::vector<CleanupGroup> groups, std::v
                                         const DateSource& dates) const {
     groups = consolidateProjectArtifacts(removeCoveredDiscoveries(std::move(groups)));
     std::erase_if(groups, [](const CleanupGroup& group) { return group.items.empty(); });
-    sortByTotal(groups);
     ScanReport report;
-    report.foundTotalBytes = totalBytes(groups);
+    report.foundTotalBytes = sortByTotal(groups);
     report.groups = std::move(groups);
     report.errors = std::move(errors);
     report.date = dates.now();
@@ -133,17 +172,10 @@ std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> gro
 }
 
 std::vector<CleanupGroup> consolidateProjectArtifacts(std::vector<CleanupGroup> groups) {
-    std::size_t count = 0;
-    for (const CleanupGroup& group : groups)
-        if (isProjectArtifacts(group)) count += group.items.size();
-    std::vector<ScannableItem> artifacts;
-    artifacts.reserve(count);
-    for (const CleanupGroup& group : groups)
-        if (isProjectArtifacts(group))
-            artifacts.insert(artifacts.end(), group.items.begin(), group.items.end());
+    std::vector<ScannableItem> artifacts = projectArtifacts(groups);
     if (artifacts.empty()) return groups;
     std::erase_if(groups, isProjectArtifacts);
-    groups.push_back(makeGroup(projectArtifactsMetadata(), withoutRepeatedURLs(std::move(artifacts))));
+    groups.push_back(makeGroup(projectArtifactsMetadata(), std::move(artifacts)));
     return groups;
 }
 

@@ -113,6 +113,40 @@ TEST(PathOverlapIndex, GrowsWithItsMembers) {
     }
 }
 
+/// More than are looked at together, and more than there was room for at first.
+TEST(PathOverlapIndex, ManyAtOnceAreAnsweredAsOneByOne) {
+    constexpr int count = 5'000;
+    std::vector<std::string> members;
+    std::vector<std::string> asked;
+    for (int i = 0; i < count; ++i) {
+        members.push_back("/root/" + std::to_string(i % 150) + "/" + std::to_string(i));
+        asked.push_back("/root/" + std::to_string(i % 400) + "/" + std::to_string(i + count / 2));
+        if (i % 3 == 0) asked.back() += "/inside";
+        if (i % 7 == 0) asked.back() = "/root/" + std::to_string(i % 400);
+    }
+    PathOverlapIndex index;
+    index.insert(std::vector<std::string_view>(members.begin(), members.end()));
+    const std::vector<bool> answers =
+        index.overlaps(std::vector<std::string_view>(asked.begin(), asked.end()));
+    ASSERT_EQ(answers.size(), asked.size());
+    for (int i = 0; i < count; ++i) EXPECT_EQ(answers[i], isCovered(asked[i], members)) << asked[i];
+    EXPECT_EQ(index.overlaps(std::vector<std::string_view>()), std::vector<bool>());
+}
+
+TEST(SignificanceEngine, LongListsLoseWhatIsCoveredAsShortOnesDo) {
+    std::vector<ScannableItem> found;
+    std::vector<ScannableItem> covering;
+    for (int i = 0; i < 1'500; ++i) {
+        // Some are written in another way.
+        const std::string folder = (i % 5 == 0 ? "/h//c" : "/h/c") + std::to_string(i);
+        found.push_back(testing::item(folder, i + 1));
+        if (i % 4 != 1) continue;
+        covering.push_back(testing::item(i % 8 == 1 ? folder + "/in" : folder + "/.", i + 1));
+    }
+    const std::vector groups{testing::group("discover.caches", found), testing::group("cache.npm", covering)};
+    EXPECT_EQ(removeCoveredDiscoveries(groups), plainRemoval(groups));
+}
+
 TEST(PathOverlapIndex, TheEmptyPathCoversEveryAbsoluteOne) {
     const PathOverlapIndex index = indexOf({""});
     EXPECT_TRUE(index.overlaps("/a"));
