@@ -218,7 +218,8 @@ private:
     GroupVerdict workOutVerdict(const CleanupGroup& group) const;
 
     // Deletion.
-    Task<void> deleteItem(DeletionRun& run, const ScannableItem& item, const std::string& title);
+    /// Of the items, which are those that `run` gives next, as many as are done in one turn of a worker.
+    Task<void> deleteItems(DeletionRun& run, const std::vector<const ScannableItem*>& items);
     void dropFromSelection(const std::vector<FileURL>& urls);
     void applyDeleteOutcome(std::int64_t deleted, std::int64_t freedBytes,
                             const std::vector<std::string>& errors);

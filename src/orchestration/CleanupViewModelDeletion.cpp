@@ -38,6 +38,24 @@ private:
     std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };
 
+/// A worker is asked for more than one item at a time, since asking takes longer than removing a small file:
+/// it goes on for so long, and so the screen hears of each item before a person could tell.
+constexpr std::chrono::milliseconds longestTurn{10};
+constexpr std::size_t mostItemsAtOnce = 1'000;
+
+/// Removes the items one after the other, as many as come in one turn, but one at least.
+void removeInTurn(const std::vector<const ScannableItem*>& items, RemovalRelay& relay,
+                  const StopToken& stop) {
+    const auto begun = std::chrono::steady_clock::now();
+    const SystemCommandRunner runner;
+    const auto report = [&relay](std::int64_t bytes, std::int64_t) { relay.report(bytes); };
+    for (const ScannableItem* item : items) {
+        // Not the executor of the parts: that is a seam which the shipped flow leaves alone.
+        relay.settle(SystemCleanupExecutor().deleteItem(*item, runner, report));
+        if (stop.stopRequested() || std::chrono::steady_clock::now() - begun >= longestTurn) return;
+    }
+}
+
 } // namespace
 
 Task<void> CleanupViewModel::deleteSelected(std::optional<URLSet> onlyItems) {
@@ -52,10 +70,9 @@ Task<void> CleanupViewModel::deleteSelected(std::optional<URLSet> onlyItems) {
     Throttle boxes;
     // The program's end stops between two items, and inside one where the removal allows it.
     while (!context.stop.stopRequested()) {
-        const ScannableItem* item = run.next();
-        if (!item) break;
-        const std::string title = escapedForDisplay(itemTitle(*item, run.groupOfNext()));
-        co_await deleteItem(run, *item, title);
+        const std::vector<const ScannableItem*> items = run.nextFew(mostItemsAtOnce);
+        if (items.empty()) break;
+        co_await deleteItems(run, items);
         if (boxes.isDue()) dropFromSelection(run.takeGoneURLs());
     }
     dropFromSelection(run.takeGoneURLs());
@@ -69,27 +86,29 @@ Task<void> CleanupViewModel::deleteSelected(std::optional<URLSet> onlyItems) {
     applyDeleteOutcome(run.deletedCount(), run.freedBytes(), run.errors());
 }
 
-Task<void> CleanupViewModel::deleteItem(DeletionRun& run, const ScannableItem& item,
-                                        const std::string& title) {
-    const auto tell = [this, &run, &title](std::int64_t bytesInside) {
+Task<void> CleanupViewModel::deleteItems(DeletionRun& run, const std::vector<const ScannableItem*>& items) {
+    const auto show = [this, &run](std::int64_t bytesInside) {
+        const ScannableItem* item = run.next();
         DeletionProgress progress = run.progress(bytesInside);
-        progress.itemName = title;
+        progress.itemName = escapedForDisplay(itemTitle(*item, run.groupOfNext()));
         deletionProgress = std::move(progress);
     };
-    tell(0);
-    const auto relay = std::make_shared<RemovalRelay>(*parts_.tasks.home, tell);
-    // Not the executor of the parts: that is a seam which the shipped flow leaves alone.
-    auto removal = offload([&item, relay] {
-        const SystemCommandRunner runner;
-        return SystemCleanupExecutor().deleteItem(
-            item, runner, [&relay](std::int64_t bytes, std::int64_t) { relay->report(bytes); });
-    });
-    const std::expected<void, CleanupError> outcome = co_await removal;
+    std::size_t settled = 0;
+    const auto take = [&](const RemovalRelay::News& news) {
+        for (const RemovalRelay::Outcome& outcome : news.settled) {
+            if (outcome)
+                run.succeeded();
+            else
+                run.failed(outcome.error().localizedDescription());
+            if (++settled < items.size()) show(0);
+        }
+        if (settled < items.size() && news.bytesInside > 0) show(news.bytesInside);
+    };
+    show(0);
+    const auto relay = std::make_shared<RemovalRelay>(*parts_.tasks.home, take);
+    auto removal = offload([&items, relay](const StopToken& stop) { removeInTurn(items, *relay, stop); });
+    co_await removal;
     relay->close();
-    if (outcome)
-        run.succeeded();
-    else
-        run.failed(outcome.error().localizedDescription());
 }
 
 void CleanupViewModel::dropFromSelection(const std::vector<FileURL>& urls) {

@@ -51,7 +51,8 @@ void DeletionRun::prepare() {
         }
         ++inAll_;
         bytesInAll_ = checkedSum(bytesInAll_, item.size);
-        if (isToolObject(item.enrichmentKey)) continue;
+        victims_[index].isToolObject = isToolObject(item.enrichmentKey);
+        if (victims_[index].isToolObject) continue;
         paths[index] = standardizedPath(item.url.path());
         // Two ways of writing one path are one place.
         const auto [place, isNew] = byPath.try_emplace(paths[index], index);
@@ -71,20 +72,30 @@ void DeletionRun::prepare() {
 }
 
 const ScannableItem* DeletionRun::next() {
-    if (std::exchange(hasBegun_, true)) ++at_;
     for (; at_ < victims_.size(); ++at_) {
         Victim& victim = victims_[at_];
-        if (victim.sameAs != none && victims_[victim.sameAs].isGone) {
-            markGone(victim);
-        } else if (isInsideAGoneOne(victim)) {
-            markGone(victim);
-            ++deleted_;
-            ++done_;
-        } else {
+        if (isUnderWay_ || !isPassedOver(victim)) {
+            isUnderWay_ = true;
             return &itemOf(victim);
         }
+        markGone(victim);
+        if (victim.sameAs != none) continue;
+        ++deleted_;
+        ++done_;
     }
     return nullptr;
+}
+
+std::vector<const ScannableItem*> DeletionRun::nextFew(std::size_t most) {
+    std::vector<const ScannableItem*> few;
+    if (const ScannableItem* first = next()) few.push_back(first);
+    if (few.empty() || victims_[at_].isToolObject) return few;
+    for (std::size_t index = at_ + 1; index < victims_.size() && few.size() < most; ++index) {
+        const Victim& victim = victims_[index];
+        if (victim.isToolObject || hangsOnOneSince(victim, at_)) break;
+        if (!isPassedOver(victim)) few.push_back(&itemOf(victim));
+    }
+    return few;
 }
 
 void DeletionRun::succeeded() {
@@ -97,12 +108,16 @@ void DeletionRun::succeeded() {
     freed_ = checkedSum(freed_, freed);
     for (std::size_t outer = victim.inside; outer != none; outer = victims_[outer].inside)
         victims_[outer].freedInside += freed;
+    isUnderWay_ = false;
+    ++at_;
 }
 
 void DeletionRun::failed(const std::string& description) {
     const Victim& victim = victims_[at_];
     if (victim.sameAs == none) ++done_;
     errors_.push_back(escapedForDisplay(itemOf(victim).name()) + ": " + description);
+    isUnderWay_ = false;
+    ++at_;
 }
 
 std::vector<FileURL> DeletionRun::takeGoneURLs() { return std::exchange(gone_, {}); }
@@ -113,10 +128,10 @@ DeletionProgress DeletionRun::progress(std::int64_t bytesInside) const {
     progress.itemsInAll = inAll_;
     progress.bytesInAll = bytesInAll_;
     progress.bytesFreed = freed_;
-    if (at_ < victims_.size()) {
+    if (isUnderWay_) {
         const Victim& victim = victims_[at_];
         const std::int64_t most = std::max<std::int64_t>(0, itemOf(victim).size - victim.freedInside);
-        if (!victim.isGone) progress.bytesFreed += std::clamp<std::int64_t>(bytesInside, 0, most);
+        progress.bytesFreed += std::clamp<std::int64_t>(bytesInside, 0, most);
     }
     return progress;
 }
@@ -147,6 +162,22 @@ std::vector<CleanupGroup> DeletionRun::remainingGroups() const {
 bool DeletionRun::isInsideAGoneOne(const Victim& victim) const {
     for (std::size_t outer = victim.inside; outer != none; outer = victims_[outer].inside)
         if (victims_[outer].isGone) return true;
+    return false;
+}
+
+/// Whether it is gone with one that was removed before.
+bool DeletionRun::isPassedOver(const Victim& victim) const {
+    return (victim.sameAs != none && victims_[victim.sameAs].isGone) || isInsideAGoneOne(victim);
+}
+
+/// Whether it goes with one of those from `first` on to itself, should that one go.
+bool DeletionRun::hangsOnOneSince(const Victim& victim, std::size_t first) const {
+    const auto isSince = [&](std::size_t other) {
+        return other != none && other >= first && &victims_[other] < &victim;
+    };
+    if (isSince(victim.sameAs)) return true;
+    for (std::size_t outer = victim.inside; outer != none; outer = victims_[outer].inside)
+        if (isSince(outer)) return true;
     return false;
 }
 

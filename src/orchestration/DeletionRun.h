@@ -24,7 +24,11 @@ public:
     /// What is to be removed next, in the order of the list. What is gone already is passed over: an item
     /// inside one that was removed counts as deleted with no bytes, another item of a removed URL does not
     /// count.
+    /// The same again until it is told how that has ended.
     const ScannableItem* next();
+    /// next() and, up to `most` in all, what it will give after it whatever becomes of those before: their
+    /// removal can be handed over in one piece. What a tool deletes comes alone. Empty at the end.
+    std::vector<const ScannableItem*> nextFew(std::size_t most);
     const CleanupGroup& groupOfNext() const { return groups_[victims_[at_].group]; }
     /// How what next() gave has ended.
     void succeeded();
@@ -50,6 +54,7 @@ private:
         std::size_t sameAs = none;    ///< the first victim of that URL, when it is another
         std::size_t inside = none;    ///< the nearest victim that it lies in
         std::int64_t freedInside = 0; ///< bytes counted for victims inside it
+        bool isToolObject = false;
         bool isGone = false;
     };
 
@@ -57,12 +62,14 @@ private:
         return groups_[victim.group].items[victim.item];
     }
     bool isInsideAGoneOne(const Victim& victim) const;
+    bool isPassedOver(const Victim& victim) const;
+    bool hangsOnOneSince(const Victim& victim, std::size_t first) const;
     void markGone(Victim& victim);
 
     std::vector<CleanupGroup> groups_;
     std::vector<Victim> victims_;
     std::size_t at_ = 0;
-    bool hasBegun_ = false;
+    bool isUnderWay_ = false; ///< what at_ names was given by next() and has not ended
     std::int64_t done_ = 0;
     std::int64_t inAll_ = 0;
     std::int64_t bytesInAll_ = 0;

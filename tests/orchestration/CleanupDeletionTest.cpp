@@ -252,8 +252,10 @@ TEST_F(CleanupDeletion, ThePassesAreNotStartedAgain) {
 }
 
 TEST_F(CleanupDeletion, TheProgramsEndStopsBetweenTwoItems) {
+    constexpr int count = 3'000;
     std::vector<ScannableItem> items;
-    for (int index = 0; index < 20; ++index) items.push_back(file("f" + std::to_string(index), 100 - index));
+    for (int index = 0; index < count; ++index)
+        items.push_back(file("f" + std::to_string(index), 10'000 - index));
     model->groups = {group("cache.npm", items)};
     model->applyDefaultSelection();
     bool hasEnded = false;
@@ -266,9 +268,81 @@ TEST_F(CleanupDeletion, TheProgramsEndStopsBetweenTwoItems) {
     deleteSelected();
     ASSERT_TRUE(hasEnded);
     EXPECT_FALSE(isThere("f2"));
-    EXPECT_TRUE(isThere("f5"));
-    EXPECT_TRUE(isThere("f19"));
+    EXPECT_TRUE(isThere("f" + std::to_string(count - 1)));
     EXPECT_FALSE(model->phase->isBusy());
+    // What the list says has gone is what has gone, in the told order, and no item was left half way.
+    const std::vector<std::string> left = pathsOf(model->groups->front());
+    for (int index = 0; index < count; ++index)
+        ASSERT_EQ(isThere("f" + std::to_string(index)), index >= count - static_cast<int>(left.size()));
+    EXPECT_EQ(left.front(), tree.path("f" + std::to_string(count - static_cast<int>(left.size()))));
+    EXPECT_EQ(model->selectedItemIDs->size(), left.size());
+    EXPECT_EQ(*model->cleanupMessage,
+              success(count - static_cast<std::int64_t>(left.size()), model->lastCleanupFreedBytes->value()));
+}
+
+TEST_F(CleanupDeletion, ManySmallItemsGoInTheirOrderEachWithItsOwnOutcome) {
+    constexpr int count = 2'500;
+    std::vector<ScannableItem> items;
+    for (int index = 0; index < count; ++index) {
+        const std::string name = "many/f" + std::to_string(index);
+        items.push_back(index % 100 == 7 ? item(tree.path(name), 10'000 - index)
+                                         : file(name, 10'000 - index));
+    }
+    model->groups = {group("cache.npm", items), group("trash", {file("last", 5)})};
+    model->applyDefaultSelection();
+    std::vector<std::int64_t> done;
+    std::vector<std::int64_t> bytes;
+    const auto watch = model->changes.subscribe([&] {
+        if (!model->deletionProgress->has_value()) return;
+        const DeletionProgress& progress = **model->deletionProgress;
+        if (!done.empty() && done.back() == progress.itemsDone) return;
+        done.push_back(progress.itemsDone);
+        bytes.push_back(progress.bytesFreed);
+    });
+    deleteSelected();
+    // Each item stood in the progress once, none was left out.
+    ASSERT_EQ(done.size(), static_cast<std::size_t>(count + 1));
+    std::int64_t freed = 0;
+    for (int index = 0; index <= count; ++index) {
+        ASSERT_EQ(done[index], index);
+        ASSERT_EQ(bytes[index], freed);
+        if (index % 100 != 7) freed += 10'000 - index;
+    }
+    EXPECT_EQ(*model->cleanupMessage,
+              localized("cleanup.partialFailure %1$lld %2$lld", count + 1 - count / 100, count / 100));
+    EXPECT_TRUE(model->phase->message.starts_with("f7: "));
+    const std::size_t second = model->phase->message.find("\nf107: ");
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_LT(second, model->phase->message.find("\nf207: "));
+    ASSERT_EQ(idsOf(*model->groups), std::vector<std::string>{"cache.npm"});
+    ASSERT_EQ(model->groups->front().items.size(), static_cast<std::size_t>(count / 100));
+    EXPECT_EQ(model->groups->front().items[1].url, tree.url("many/f107"));
+    EXPECT_EQ(model->selectedItemIDs->size(), static_cast<std::size_t>(count / 100));
+    EXPECT_FALSE(isThere("last"));
+}
+
+/// A worker that was asked for many items comes back between them, so that nothing waits for all of them.
+TEST_F(CleanupDeletion, TheLoopHasItsTurnsWhileManySmallItemsGo) {
+    constexpr int count = 3'000;
+    std::vector<ScannableItem> items;
+    for (int index = 0; index < count; ++index) items.push_back(file("f" + std::to_string(index)));
+    model->groups = {group("cache.npm", items)};
+    model->applyDefaultSelection();
+    int turnsMeanwhile = 0;
+    std::int64_t lastDone = 0;
+    const TaskHandle<void> deletion = beginDeletion();
+    ASSERT_TRUE(loop.waitFor(
+        [&] {
+            const auto& progress = *model->deletionProgress;
+            if (progress && progress->itemsDone > lastDone && progress->itemsDone < count) {
+                lastDone = progress->itemsDone;
+                ++turnsMeanwhile;
+            }
+            return deletion.done();
+        },
+        std::chrono::seconds(60)));
+    EXPECT_GE(turnsMeanwhile, 2);
+    EXPECT_EQ(*model->phase, CleanupPhase::idle());
 }
 
 } // namespace

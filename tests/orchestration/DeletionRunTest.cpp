@@ -127,6 +127,59 @@ TEST(DeletionRun, WhatHasGoneIsToldOnce) {
     EXPECT_TRUE(run.takeGoneURLs().empty());
 }
 
+std::vector<std::string> pathsOf(const std::vector<const ScannableItem*>& items) {
+    std::vector<std::string> paths;
+    for (const ScannableItem* each : items) paths.push_back(each->url.path());
+    return paths;
+}
+
+TEST(DeletionRun, WhatIsHandedOverTogetherDoesNotHangOnEachOther) {
+    DeletionRun run({group("a", {item("/a", 9), item("/b/in", 8), item("/b", 7), item("/c", 6),
+                                 item("/c/in", 5), item("/d", 4)}),
+                     group("b", {item("/a", 9), item("/e", 1)})},
+                    urls({"/a", "/b/in", "/b", "/c", "/c/in", "/d", "/e"}), nullptr);
+    run.prepare();
+    // A folder may come behind what lies in it; what lies in a folder waits for the folder's outcome.
+    EXPECT_EQ(pathsOf(run.nextFew(10)), (std::vector<std::string>{"/a", "/b/in", "/b", "/c"}));
+    for (int ended = 0; ended < 3; ++ended) {
+        run.succeeded();
+        run.next();
+    }
+    run.failed("no");
+    EXPECT_EQ(pathsOf(run.nextFew(10)), (std::vector<std::string>{"/c/in", "/d", "/e"}));
+    run.succeeded();
+    EXPECT_EQ(pathsOf(run.nextFew(1)), std::vector<std::string>{"/d"});
+    EXPECT_EQ(pathsOf(run.nextFew(10)), (std::vector<std::string>{"/d", "/e"}));
+    run.succeeded();
+    EXPECT_EQ(pathsOf(run.nextFew(10)), std::vector<std::string>{"/e"});
+    run.succeeded();
+    EXPECT_TRUE(run.nextFew(10).empty());
+    EXPECT_EQ(run.deletedCount(), 6);
+}
+
+TEST(DeletionRun, WhatAToolDeletesIsHandedOverAlone) {
+    DeletionRun run(
+        {group("a", {item("/a", 9), item("/v", 8, "docker:volume:v"), item("/s", 7, "simulator:1"),
+                     item("/b", 6), item("/u", 5, "docker:unsupported")})},
+        urls({"/a", "/v", "/s", "/b", "/u"}), nullptr);
+    run.prepare();
+    for (const char* alone : {"/a", "/v", "/s", "/b", "/u"}) {
+        EXPECT_EQ(pathsOf(run.nextFew(10)), std::vector<std::string>{alone});
+        run.succeeded();
+    }
+    EXPECT_TRUE(run.nextFew(10).empty());
+}
+
+TEST(DeletionRun, WhatHasNotEndedIsGivenAgain) {
+    DeletionRun run({group("a", {item("/a", 2), item("/b", 1)})}, urls({"/a", "/b"}), nullptr);
+    run.prepare();
+    EXPECT_EQ(run.nextFew(2).size(), 2U);
+    EXPECT_EQ(run.next()->url.path(), "/a");
+    run.succeeded();
+    EXPECT_EQ(run.next()->url.path(), "/b");
+    EXPECT_EQ(run.next()->url.path(), "/b");
+}
+
 TEST(DeletionRun, UntouchedGroupsShareTheirItems) {
     const std::vector<CleanupGroup> groups{group("a", {item("/a")}), group("b", {item("/b"), item("/c")}),
                                            group("empty", {})};
