@@ -1,0 +1,110 @@
+// bench_scan [FOLDER [ENTRIES [ROUNDS]]]
+// Makes a home in FOLDER (by default below the temporary folder; kept for the next run), scans it with
+// vesko-scan and walks it bare with two threads, in turn and with a warm cache, and counts how often its
+// folders are read. Fails when the scan misses its goals.
+#include "base/ChildProcess.h"
+#include "platform/posix/AllocationSum.h"
+#include "platform/posix/TreeWalker.h"
+#include "scan/SampleHome.h"
+#include "walk/Contender.h"
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+using namespace vesko;
+using namespace vesko::bench;
+
+namespace {
+
+constexpr unsigned threads = 2;
+constexpr double goalToWalk = 2.0;
+constexpr double goalReadings = 1.1;
+constexpr double goalMiB = 96;
+
+class Sum final : public TreeVisitor {
+public:
+    Next visit(const TreeEntry& entry, unsigned worker) override {
+        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
+        if (entry.status.kind == EntryKind::folder) ++folders;
+        ++entries;
+        return Next::enter;
+    }
+    AllocationSum sum;
+    std::atomic<long> folders{0};
+    std::atomic<long> entries{0};
+};
+
+class Bare final : public TreeVisitor {
+public:
+    Next visit(const TreeEntry& entry, unsigned worker) override {
+        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
+        return Next::enter;
+    }
+    AllocationSum sum;
+};
+
+bool walk(const std::string& root, TreeVisitor& visitor) {
+    TreeWalkOptions options;
+    options.threads = threads;
+    return walkTree(FileURL(root), visitor, options) == WalkOutcome::finished;
+}
+
+int walkBare(const std::string& root) {
+    Bare visitor;
+    return walk(root, visitor) && visitor.sum.total() > 0 ? 0 : 1;
+}
+
+nlohmann::json statisticsOf(const std::string& home) {
+    const auto scan = runChild(VESKO_SCAN, {"--statistics", "--home", home});
+    if (!scan || scan->status != 0) return {};
+    const std::string& output = scan->standardOutput;
+    return nlohmann::json::parse(output.substr(output.rfind('\n', output.size() - 2) + 1));
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    const std::string folder =
+        count > 1 ? words[1] : (std::filesystem::temp_directory_path() / "vesko-bench-scan").string();
+    const std::size_t entries = count > 2 ? std::strtoull(words[2], nullptr, 10) : 600'000;
+    const unsigned rounds = count > 3 ? static_cast<unsigned>(std::strtoul(words[3], nullptr, 10)) : 5;
+    const std::string home = sampleHome(folder, entries);
+
+    Sum all;
+    if (!walk(home, all)) return 1;
+    const nlohmann::json statistics = statisticsOf(home);
+    if (statistics.is_null()) return 1;
+    std::printf("%ld entries, %ld folders\n%s\n", all.entries.load(), all.folders.load(),
+                statistics.dump().c_str());
+
+    const std::vector<Contender> contenders{
+        {"walk, 2 threads", [&] { return walkBare(home); }},
+        program("scan", {VESKO_SCAN, "--home", home}),
+    };
+    const auto runs = runInTurn(contenders, rounds);
+    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
+    bool allRan = true;
+    for (std::size_t i = 0; i < contenders.size(); ++i) {
+        std::printf("%-18s %10.3f %10.3f %10.3f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
+                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
+        for (const Run& run : runs[i]) allRan = allRan && run.succeeded;
+    }
+    const auto folders = static_cast<double>(all.folders.load());
+    const double toWalk = bestSeconds(runs[1]) / bestSeconds(runs[0]);
+    const double searched = statistics["searching"]["foldersOpened"].get<double>() / folders;
+    const double measured = statistics["measuring"]["foldersRead"].get<double>() / folders;
+    std::printf("scan / bare walk                       %.3f (goal %.1f)\n", toWalk, goalToWalk);
+    std::printf("the same in processor time             %.3f\n",
+                bestCpuSeconds(runs[1]) / bestCpuSeconds(runs[0]));
+    std::printf("opened by searching / folders there    %.3f (goal %.1f)\n", searched, goalReadings);
+    std::printf("read by measuring / folders there      %.3f (goal %.1f)\n", measured, goalReadings);
+    std::printf("peak memory                            %.1f MiB (goal %.0f)\n", peakMiB(runs[1]), goalMiB);
+    if (!allRan) std::puts("a contender failed");
+    const bool isWithinGoals = toWalk <= goalToWalk && searched <= goalReadings && measured <= goalReadings &&
+                               peakMiB(runs[1]) <= goalMiB;
+    return allRan && isWithinGoals ? 0 : 1;
+}
