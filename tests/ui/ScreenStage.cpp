@@ -19,6 +19,8 @@ ScreenStage::ScreenStage(bool hasAccess)
     homeScreen.showVolume(volumes->volume);
 }
 
+ScreenStage::~ScreenStage() { life.end(); }
+
 std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
     CleanupViewModelParts parts;
     parts.tasks = life.tasks();

@@ -27,6 +27,8 @@ public:
 class ScreenStage {
 public:
     explicit ScreenStage(bool hasAccess = true);
+    /// Finishes what still runs, as the program does at its end.
+    ~ScreenStage();
 
     /// Takes over what has changed and runs what is due.
     void settle();
