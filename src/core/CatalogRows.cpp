@@ -202,6 +202,26 @@ GroupMetadata rowMetadata(std::string_view id) {
     return std::move(*found);
 }
 
+std::vector<ProjectArtifactRow> projectArtifactRows() {
+    const auto row = [](std::string_view id, std::string folder, std::optional<std::string> beside = {},
+                        std::vector<std::string> notBeside = {}) {
+        return ProjectArtifactRow{rowMetadata(id), std::move(folder), std::move(beside),
+                                  std::move(notBeside)};
+    };
+    return {
+        row("project.nodeModules", "node_modules"),
+        row("project.pods", "Pods"),
+        row("project.cargoTarget", "target", "Cargo.toml"),
+        row("project.gradleBuild", "build", "build.gradle"),
+        row("project.next", ".next", "package.json"),
+        row("project.nodeDist", "dist", "package.json"),
+        row("project.nodeOut", "out", "package.json"),
+        // A "build" beside a file of Gradle's belongs to that, whichever of its two languages it is written
+        // in.
+        row("project.nodeBuild", "build", "package.json", {"build.gradle", "build.gradle.kts"}),
+    };
+}
+
 std::vector<ShallowScanRow> shallowScanRows() {
     // A library folder has hundreds of small entries, which nobody would go through.
     constexpr std::int64_t worthALook = 10 * mebibyte;

@@ -1,6 +1,7 @@
 #pragma once
 #include "core/GroupMetadata.h"
 #include "probes/FixedPathProbe.h"
+#include "probes/ProjectArtifactProbe.h"
 #include "probes/ShallowScanProbe.h"
 #include <array>
 #include <string_view>
@@ -19,6 +20,9 @@ std::vector<FixedPathRow> fixedPathRows();
 std::vector<GroupMetadata> otherRowsMetadata();
 /// One of these by its id; an id that is not among them stops the process with a message.
 GroupMetadata rowMetadata(std::string_view id);
+
+/// The rows about what projects hold, in catalog order.
+std::vector<ProjectArtifactRow> projectArtifactRows();
 
 /// The rows that list the folders of applications, in catalog order.
 std::vector<ShallowScanRow> shallowScanRows();

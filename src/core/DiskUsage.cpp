@@ -3,6 +3,7 @@
 #include "base/CheckedSum.h"
 #include "base/Paths.h"
 #include "core/FastDirectorySize.h"
+#include "probes/RunTool.h"
 #include <charconv>
 
 namespace vesko {
@@ -34,7 +35,7 @@ std::optional<std::int64_t> wholeNumber(std::string_view word) {
 
 std::int64_t duSize(const FileURL& url, bool followLinks) {
     if (const std::optional<std::int64_t> figure = allocatedFileSize(url, followLinks)) return *figure;
-    return duProgramSize(url, followLinks, runChild);
+    return duProgramSize(url, followLinks, runTool);
 }
 
 std::int64_t duProgramSize(const FileURL& url, bool followLinks, const ChildRunning& run) {

@@ -6,10 +6,18 @@
 #include "probes/DockerProbes.h"
 #include "probes/IOSBackupProbe.h"
 #include "probes/InstallerProbe.h"
+#include "probes/ProjectArtifactProbe.h"
 #include "probes/ShallowScanProbe.h"
+#include "probes/UninstallerSpotlightQuery.h"
+#include "probes/UnusedAppsProbe.h"
 #include <utility>
 
 namespace vesko {
+
+namespace {
+/// Below that an application may just be out of season.
+constexpr std::int64_t daysUntilUnused = 90;
+} // namespace
 
 std::vector<FixedPathProbe> fixedPathProbes() {
     std::vector<FixedPathProbe> probes;
@@ -23,8 +31,11 @@ ProbeList probeCatalog() {
         probes.push_back(std::make_shared<const Probe>(std::move(probe)));
     };
     for (FixedPathProbe& probe : fixedPathProbes()) add(std::move(probe));
+    for (ProjectArtifactRow& row : projectArtifactRows()) add(ProjectArtifactProbe(std::move(row)));
     for (ShallowScanRow& row : shallowScanRows()) add(ShallowScanProbe(std::move(row)));
     add(InstallerProbe(rowMetadata("installers.forgotten")));
+    add(UnusedAppsProbe(rowMetadata("apps.unused"), std::make_shared<const UninstallerSpotlightQuery>(),
+                        daysUntilUnused));
     add(IOSBackupProbe(rowMetadata("backup.ios")));
     add(DockerImagesProbe(rowMetadata("docker.images")));
     add(DockerVolumesProbe(rowMetadata("docker.volumes")));

@@ -6,7 +6,7 @@
 #include "core/GroupBuilders.h"
 #include "core/InstalledApplications.h"
 #include "enrichment/DemotedPathsStore.h"
-#include "probes/SystemCommandRunner.h"
+#include "probes/ScanCommandRunner.h"
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -58,7 +58,7 @@ private:
         made->now = engine_.dates->now();
         made->size = engine_.size;
         made->claimedPaths = claimedPaths(planned_, made->home);
-        made->runner = engine_.runner ? engine_.runner : std::make_shared<const SystemCommandRunner>();
+        made->runner = engine_.runner ? engine_.runner : std::make_shared<const ScanCommandRunner>();
         made->workers = context_.workers;
         probeContext_ = std::move(made);
     }

@@ -29,8 +29,8 @@ struct ScanEngine {
     std::optional<ProbeIDs> probeIDsToRun; ///< present: only these run
     std::optional<std::unordered_set<std::string>> demotedPaths; ///< absent: those of the store
     std::optional<FileURL> home;                                 ///< absent: the current user's
-    std::shared_ptr<const CommandRunning> runner;                ///< absent: a SystemCommandRunner
-    const DateSource* dates = &systemDates();                    ///< outlives the scan
+    std::shared_ptr<const CommandRunning> runner; ///< absent: a ScanCommandRunner of the scan's own
+    const DateSource* dates = &systemDates();     ///< outlives the scan
 
     /// Starts the scan at once and gives its events. Called on the home thread of `context`; everything that
     /// blocks runs on its workers. ProbeStarted comes for the first probes in their order, then one

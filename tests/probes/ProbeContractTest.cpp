@@ -5,8 +5,8 @@
 
 #include "concurrency/CurrentTask.h"
 #include "concurrency/WorkerPool.h"
-#include "support/FakeRunner.h"
 #include "support/FileTimes.h"
+#include "support/IndexedRunner.h"
 #include "support/ScriptedSizes.h"
 #include "support/TempTree.h"
 #include <algorithm>
@@ -45,6 +45,13 @@ std::vector<FileURL> furnish(const TempTree& tree) {
     tree.file("home/Library/Application Support/MobileSync/Backup/00008110/Manifest.db", "x");
     tree.file("home/Downloads/Tool-1.0.dmg", std::string(30'000, 'x'));
     tree.file(dockerVolume + "/content", std::string(60'000, 'x'));
+    for (const ProjectArtifactRow& row : projectArtifactRows()) {
+        const std::string project = "home/Projects/" + row.metadata.id + "/";
+        for (const char* name : {"first/", "second/"}) {
+            tree.file(project + name + row.folderName + "/content", std::string(60'000, 'x'));
+            if (row.requireSiblingFile) tree.file(project + name + *row.requireSiblingFile);
+        }
+    }
     tree.file("home/Documents/letter", "kept");
     tree.file("outside/precious", std::string(90'000, 'x'));
     std::vector<FileURL> all{tree.root()};
@@ -56,6 +63,7 @@ std::vector<FileURL> furnish(const TempTree& tree) {
 
 /// The tools of that home: they are there, and know something once it is furnished.
 CommandResult answerOfTools(const TempTree& tree, const testing::FakeRunner::Command& command) {
+    if (command.front() == "/usr/bin/mdfind") return testing::answerOfIndex(command);
     const bool furnished = std::filesystem::exists(tree.path("home/Documents/letter"));
     const std::string line = [&] {
         std::string joined;
@@ -205,9 +213,11 @@ TEST_P(ProbeContract, RunsAtOnceDoNotDisturbEachOther) {
     for (auto& run : runs) EXPECT_EQ(run.get(), expected);
 }
 
+/// All but the one that looks where the system keeps applications and not into the home.
 std::vector<std::string> allIDs() {
     std::vector<std::string> ids;
-    for (const auto& each : probeCatalog()) ids.push_back(each->metadata().id);
+    for (const auto& each : probeCatalog())
+        if (each->metadata().id != "apps.unused") ids.push_back(each->metadata().id);
     return ids;
 }
 

@@ -56,6 +56,11 @@ public:
     ~FolderNodeRef() { release(); }
 
     static FolderNodeRef root(std::string path);
+    /// A further reference to a node that someone holds already.
+    static FolderNodeRef to(const FolderNode& node) noexcept {
+        node.references_.fetch_add(1, std::memory_order_relaxed);
+        return FolderNodeRef(&node);
+    }
     static FolderNodeRef below(const FolderNodeRef& parent, std::string name, bool isThroughLink = false,
                                std::uint32_t number = 0);
 

@@ -33,6 +33,9 @@ public:
     bool isHidden() const noexcept { return name.starts_with('.'); }
     /// Built on demand; a walk by itself makes no paths.
     std::string path() const;
+    /// The folder that the entry lies in; of the root of the walk the root itself. All entries of one folder
+    /// are shown by one worker, one after the other.
+    const FolderNode& folder() const noexcept { return folder_; }
 
 private:
     const FolderNode& folder_;
