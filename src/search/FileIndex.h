@@ -10,10 +10,10 @@
 
 /// Searching below a folder, as the system's index does on other systems. Left out are hidden entries with
 /// all that is in them, the inside of dependency folders (`node_modules`, `Pods`), since what lies there
-/// belongs to them, and what can't be read. Nothing mounted below the root is entered and no link followed;
-/// the root itself may be a link. Answers are absolute paths that begin with the root as it was given, sorted
-/// by their bytes; a path that is no UTF-8 or holds a line's end is never among them, since it would spoil an
-/// answer of one path a line. The platform layer implements this.
+/// belongs to them, the inside of `Library/Caches`, and what can't be read. Nothing mounted below the root is
+/// entered and no link followed; the root itself may be a link. Answers are absolute paths that begin with
+/// the root as it was given, sorted by their bytes; a path that is no UTF-8 or holds a line's end is never
+/// among them, since it would spoil an answer of one path a line. The platform layer implements this.
 namespace vesko {
 
 using FoundPaths = std::vector<std::string>;
@@ -29,7 +29,7 @@ public:
 };
 
 using IndexedFiles = std::expected<std::shared_ptr<const FileIndex>, SearchFailure>;
-/// Walks the tree once, with several threads. The index takes 4 bytes an entry and below 100 a folder.
+/// Walks the tree once, with several threads. The index takes 4 bytes an entry and some 100 a folder.
 IndexedFiles indexFiles(const FileURL& root, const StopToken& stop);
 
 /// The applications below the root, none of them inside another, that were last used before `limit`. An

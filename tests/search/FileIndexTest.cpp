@@ -83,6 +83,14 @@ TEST_F(FileIndexTest, DependencyFoldersAreFoundAndNotEntered) {
     EXPECT_THAT(found("package.json", Kind::any), ElementsAre("app/package.json"));
 }
 
+TEST_F(FileIndexTest, ProgramsCachesAreFoundAndNotEntered) {
+    tree.folder("Library/Caches/Yarn/v6/build");
+    tree.folder("Library/Developer/build");
+    tree.folder("Projects/Caches/build");
+    EXPECT_THAT(found("build"), ElementsAre("Library/Developer/build", "Projects/Caches/build"));
+    EXPECT_THAT(found("Caches"), ElementsAre("Library/Caches", "Projects/Caches"));
+}
+
 TEST_F(FileIndexTest, ANameThatBreaksALineIsLeftOutAloneOrWithAllThatIsInIt) {
     tree.folder("bad\nname/build");
     tree.folder("caf\xe9/build");
