@@ -1,5 +1,6 @@
 #include "enrichment/ReviewedGroups.h"
 
+#include "base/CheckedSum.h"
 #include "base/Paths.h"
 #include "core/GroupBuilders.h"
 #include <algorithm>
@@ -55,7 +56,7 @@ Safety ReviewedGroups::add(const ScannableItem& item, const GroupMetadata& metad
     entry->group.subtitle = metadata.subtitle;
     entry->group.baselineSafety = metadata.baselineSafety;
     entry->added.push_back(item);
-    entry->bytes += item.size;
+    entry->bytes = checkedSum(entry->bytes, item.size);
     std::stable_sort(order_.begin(), order_.end(),
                      [&](std::size_t a, std::size_t b) { return entries_[a].bytes > entries_[b].bytes; });
     return metadata.baselineSafety;

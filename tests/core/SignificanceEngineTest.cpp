@@ -165,6 +165,18 @@ TEST(SignificanceEngine, NothingIsTakenFromGroupsThatAreNoDiscoveries) {
 TEST(SignificanceEngineDeathTest, ATotalBeyond63BitsStopsTheProcess) {
     const std::vector groups{group("a", {item("/a", INT64_MAX)}), group("b", {item("/b", 1)})};
     EXPECT_DEATH(totalBytes(groups), "a sum of bytes does not fit 63 bits");
+    EXPECT_DEATH(evaluate(groups), "a sum of bytes does not fit 63 bits");
+}
+
+TEST(SignificanceEngineDeathTest, AGroupBeyond63BitsStopsTheProcess) {
+    EXPECT_DEATH(groupBytes(group("a", {item("/a", INT64_MAX), item("/b", 1)})),
+                 "a sum of bytes does not fit 63 bits");
+}
+
+TEST(SignificanceEngine, ATotalOfAll63BitsIsStillASum) {
+    const ScanReport report =
+        evaluate({group("a", {item("/a", INT64_MAX - 3), item("/b", 1)}), group("b", {item("/c", 2)})});
+    EXPECT_EQ(report.foundTotalBytes, INT64_MAX);
 }
 
 } // namespace

@@ -162,5 +162,32 @@ TEST_F(CleanupSelection, EveryChangeOfTheSelectionIsTold) {
     EXPECT_GT(model->verdictRevision(), verdicts);
 }
 
+class CleanupSelectionDeathTest : public CleanupSelection {
+protected:
+    // The fixture has threads.
+    CleanupSelectionDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(CleanupSelectionDeathTest, SumsBeyond63BitsStopTheProcess) {
+    const std::string message = "a sum of bytes does not fit 63 bits";
+    model->groups = {group("cache.npm", {item("/a", INT64_MAX)}), group("cache.pip", {item("/b", 1)})};
+    model->applyDefaultSelection();
+    EXPECT_DEATH(model->recoverableBytes(), message);
+    EXPECT_DEATH(model->selectedBytes(), message);
+    EXPECT_DEATH(model->sectionSegments(), message);
+    EXPECT_DEATH(deleteSelected(), message);
+    model->groups = {group("cache.npm", {item("/a", INT64_MAX), item("/b", 1)})};
+    EXPECT_DEATH(model->groupFigures(model->groups->front()), message);
+    finds({group("cache.npm", {item("/a", INT64_MAX)}), group("cache.pip", {item("/b", 1)})});
+    EXPECT_DEATH(scan(), message);
+}
+
+TEST_F(CleanupSelection, SumsOfAll63BitsAreShown) {
+    model->groups = {group("cache.npm", {item("/a", INT64_MAX - 1)}), group("cache.pip", {item("/b", 1)})};
+    model->applyDefaultSelection();
+    EXPECT_EQ(model->recoverableBytes(), INT64_MAX);
+    EXPECT_EQ(model->selectedBytes(), INT64_MAX);
+}
+
 } // namespace
 } // namespace vesko::testing

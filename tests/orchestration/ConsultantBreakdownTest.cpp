@@ -86,5 +86,13 @@ TEST(ConsultantBreakdown, GroupsOfOneIdAreMergedWithTheLargerOfEachItem) {
     EXPECT_EQ(breakdown.categories[0].groups[0].items.size(), 3u);
 }
 
+TEST(ConsultantBreakdownDeathTest, SumsBeyond63BitsStopTheProcess) {
+    EXPECT_DEATH(makeConsultantBreakdown({group("cache.npm", {item("/a", INT64_MAX), item("/b", 1)})}, 5),
+                 "a sum of bytes does not fit 63 bits");
+    EXPECT_DEATH(makeConsultantBreakdown(
+                     {group("cache.npm", {item("/a", INT64_MAX)}), group("trash", {item("/b", 1)})}, 5),
+                 "a sum of bytes does not fit 63 bits");
+}
+
 } // namespace
 } // namespace vesko::testing

@@ -180,6 +180,18 @@ TEST(DeletionRun, WhatHasNotEndedIsGivenAgain) {
     EXPECT_EQ(run.next()->url.path(), "/b");
 }
 
+TEST(DeletionRunDeathTest, ASelectionBeyond63BitsStopsTheProcess) {
+    DeletionRun run({group("a", {item("/a", INT64_MAX), item("/b", 1)})}, urls({"/a", "/b"}), nullptr);
+    EXPECT_DEATH(run.prepare(), "a sum of bytes does not fit 63 bits");
+}
+
+TEST(DeletionRun, ASelectionOfAll63BitsIsCounted) {
+    DeletionRun run({group("a", {item("/a", INT64_MAX - 1), item("/b", 1)})}, urls({"/a", "/b"}), nullptr);
+    carryOut(run);
+    EXPECT_EQ(run.freedBytes(), INT64_MAX);
+    EXPECT_EQ(run.progress(INT64_MAX).bytesFreed, INT64_MAX);
+}
+
 TEST(DeletionRun, UntouchedGroupsShareTheirItems) {
     const std::vector<CleanupGroup> groups{group("a", {item("/a")}), group("b", {item("/b"), item("/c")}),
                                            group("empty", {})};

@@ -197,6 +197,45 @@ TEST_F(FixedPathProbeTest, AnEnormousAgeLimitDoesNotOverflow) {
     EXPECT_THAT(found(), ElementsAre("d/a"));
 }
 
+TEST_F(FixedPathProbeTest, DatesOfTheFarPastAndFutureNeverOverflowAnAge) {
+    const FileDates earliest{[](const FileURL&) noexcept { return std::optional(Date::min()); }, none};
+    const FileDates latest{[](const FileURL&) noexcept { return std::optional(Date::max()); }, none};
+    tree.file("d/a");
+    row.relativePaths = {"d"};
+    row.expandChildren = true;
+    const auto isKept = [&](const FileDates& dates, Date now, std::int64_t days) {
+        row.olderThanDays = days;
+        ProbeContext context;
+        context.home = tree.root();
+        context.now = now;
+        context.size = sizes;
+        return FixedPathProbe(row, dates).run(context).group.has_value();
+    };
+    // The earliest date lies some 106,751,991 days before 1970, the latest as many behind.
+    EXPECT_TRUE(isKept(earliest, today, 106'700'000));
+    EXPECT_FALSE(isKept(earliest, today, 106'800'000));
+    EXPECT_FALSE(isKept(latest, today, 0));
+    EXPECT_FALSE(isKept(latest, today, -106'700'000));
+    EXPECT_TRUE(isKept(latest, today, -106'800'000));
+    EXPECT_TRUE(isKept(earliest, Date::max(), 213'500'000));
+    EXPECT_FALSE(isKept(earliest, Date::max(), 213'510'000));
+    EXPECT_FALSE(isKept(latest, Date::min(), -213'500'000));
+    EXPECT_TRUE(isKept(latest, Date::min(), -213'510'000));
+}
+
+TEST_F(FixedPathProbeTest, FilesOfTheFarPastAndFutureAreOldAndYoung) {
+    testing::setFileTimes(tree.file("d/past"), today, dateFromUnixSeconds(-2'000'000'000));
+    testing::setFileTimes(tree.file("d/future"), today, dateFromUnixSeconds(12'000'000'000));
+    row.relativePaths = {"d"};
+    row.expandChildren = true;
+    row.olderThanDays = 30'000;
+    EXPECT_THAT(found(), ElementsAre("d/past"));
+    row.olderThanDays = 0;
+    EXPECT_THAT(found(), ElementsAre("d/past"));
+    row.olderThanDays = -120'000;
+    EXPECT_THAT(found(), UnorderedElementsAre("d/past", "d/future"));
+}
+
 TEST_F(FixedPathProbeTest, PathsInsideEachOtherBothYieldTheirCandidates) {
     tree.file("d/inner/a");
     row.relativePaths = {"d", "d/inner", "d"};
