@@ -8,6 +8,8 @@
 #include "probes/InstallerProbe.h"
 #include "probes/ProjectArtifactProbe.h"
 #include "probes/ShallowScanProbe.h"
+#include "probes/SimulatorProbes.h"
+#include "probes/ToolCacheProbes.h"
 #include "probes/UninstallerSpotlightQuery.h"
 #include "probes/UnusedAppsProbe.h"
 #include <utility>
@@ -31,15 +33,23 @@ ProbeList probeCatalog() {
         probes.push_back(std::make_shared<const Probe>(std::move(probe)));
     };
     for (FixedPathProbe& probe : fixedPathProbes()) add(std::move(probe));
+    add(SimulatorProbe(rowMetadata("xcode.simulators.unavailable"), true));
+    add(SimulatorProbe(rowMetadata("xcode.simulators.all"), false));
     for (ProjectArtifactRow& row : projectArtifactRows()) add(ProjectArtifactProbe(std::move(row)));
     for (ShallowScanRow& row : shallowScanRows()) add(ShallowScanProbe(std::move(row)));
     add(InstallerProbe(rowMetadata("installers.forgotten")));
     add(UnusedAppsProbe(rowMetadata("apps.unused"), std::make_shared<const UninstallerSpotlightQuery>(),
                         daysUntilUnused));
+    add(SwiftPMCacheProbe(rowMetadata("cache.swiftpm")));
+    add(HomebrewCacheProbe(rowMetadata("cache.homebrew")));
     add(IOSBackupProbe(rowMetadata("backup.ios")));
     add(DockerImagesProbe(rowMetadata("docker.images")));
     add(DockerVolumesProbe(rowMetadata("docker.volumes")));
     add(DockerBuildCacheProbe(rowMetadata("docker.buildcache")));
+    add(MavenCacheProbe(rowMetadata("cache.maven")));
+    add(JetBrainsCacheProbe(rowMetadata("cache.jetbrains")));
+    add(XcodePreviewsProbe(rowMetadata("xcode.previews")));
+    add(SimulatorRuntimeProbe(rowMetadata("xcode.simulator.runtime")));
     return probes;
 }
 

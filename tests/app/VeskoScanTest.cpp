@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <unistd.h>
 
 namespace vesko {
 namespace {
@@ -45,6 +46,15 @@ protected:
     ScopedEnvironment home{"HOME", tree.folder("process-home").path()};
 };
 
+/// The report's groups but those of tools, which know things of the whole machine.
+std::vector<Json> groupsOfFiles(const Json& report) {
+    std::vector<Json> groups;
+    for (const Json& group : report["groups"])
+        if (const std::string id = group["id"]; !id.starts_with("docker.") && !id.starts_with("xcode.sim"))
+            groups.push_back(group);
+    return groups;
+}
+
 TEST_F(VeskoScan, PrintsEveryEventAsALineAndTheReportLast) {
     tree.file("home/.npm/_cacache/a", std::string(200'000, 'x'));
     tree.file("home/.Trash/thrown away", std::string(90'000, 'x'));
@@ -65,11 +75,16 @@ TEST_F(VeskoScan, PrintsEveryEventAsALineAndTheReportLast) {
     for (int i = 0; i < 5; ++i) EXPECT_EQ(lines[static_cast<std::size_t>(i)]["event"], "probeStarted");
     ASSERT_EQ(lines.back()["event"], "finalize");
     const Json report = lines.back()["report"];
-    ASSERT_EQ(report["groups"].size(), 2U);
-    EXPECT_EQ(report["groups"][0]["id"], "cache.npm");
-    EXPECT_EQ(report["groups"][1]["items"][0]["path"], tree.path("home/.Trash/thrown away"));
-    EXPECT_EQ(report["groups"][1]["items"][1]["name"], "caf\\xE9");
-    EXPECT_THAT(report["errors"], IsEmpty());
+    const std::vector<Json> groups = groupsOfFiles(report);
+    ASSERT_EQ(groups.size(), 2U);
+    EXPECT_EQ(groups[0]["id"], "cache.npm");
+    EXPECT_EQ(groups[1]["items"][0]["path"], tree.path("home/.Trash/thrown away"));
+    EXPECT_EQ(groups[1]["items"][1]["name"], "caf\\xE9");
+    if (::access("/usr/bin/xcrun", X_OK) != 0) {
+        // Both rows of simulators say so.
+        const Json missing = "The simulators could not be listed, because Xcode’s tool did not answer.";
+        EXPECT_EQ(report["errors"], (Json{missing, missing}));
+    }
     EXPECT_GE(report["foundTotalBytes"], 360'000);
 }
 

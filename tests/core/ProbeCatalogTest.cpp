@@ -2,6 +2,7 @@
 
 #include "core/CatalogRows.h"
 #include "core/SignificanceEngine.h"
+#include "probes/SimulatorProbes.h"
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <set>
@@ -10,6 +11,7 @@ namespace vesko {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -30,13 +32,17 @@ TEST(ProbeCatalog, TheOrderIsThatOfTheRows) {
     EXPECT_EQ(rows, std::vector<std::string>(catalogOrder.begin(), catalogOrder.end()));
 }
 
-TEST(ProbeCatalog, ProbesStandInTheFixedOrder) {
-    auto place = catalogOrder.begin();
-    for (const std::string& id : catalogIDs()) {
-        place = std::find(place, catalogOrder.end(), id);
-        ASSERT_NE(place, catalogOrder.end()) << id << " is out of its place, repeated or unknown";
-        ++place;
-    }
+TEST(ProbeCatalog, EveryRowHasItsProbeInTheFixedOrder) {
+    EXPECT_THAT(catalogIDs(), ElementsAreArray(catalogOrder.begin(), catalogOrder.end()));
+}
+
+TEST(ProbeCatalog, OneRowOfSimulatorsLeavesTheAvailableOnesOut) {
+    const ProbeList catalog = probeCatalog();
+    const auto* unavailable = dynamic_cast<const SimulatorProbe*>(catalog[20].get());
+    const auto* all = dynamic_cast<const SimulatorProbe*>(catalog[21].get());
+    ASSERT_TRUE(unavailable && all);
+    EXPECT_TRUE(unavailable->onlyUnavailable());
+    EXPECT_FALSE(all->onlyUnavailable());
 }
 
 TEST(ProbeCatalog, TheFirstTwentyProbesAreTheFixedPaths) {

@@ -44,6 +44,12 @@ std::vector<FileURL> furnish(const TempTree& tree) {
     tree.file("home/Library/Application Support/com.example.gone/content", std::string(60'000, 'x'));
     tree.file("home/Library/Application Support/MobileSync/Backup/00008110/Manifest.db", "x");
     tree.file("home/Downloads/Tool-1.0.dmg", std::string(30'000, 'x'));
+    for (const char* folder :
+         {"Library/Caches/org.swift.swiftpm", "Library/Caches/Homebrew", ".m2/repository",
+          "Library/Caches/JetBrains/Tool", "Library/Developer/Xcode/DerivedData/App/Previews",
+          "Library/Developer/CoreSimulator/Devices/AB-12/data",
+          "Library/Developer/CoreSimulator/Profiles/Runtimes/old.simruntime"})
+        tree.file("home/" + std::string(folder) + "/content", std::string(60'000, 'x'));
     tree.file(dockerVolume + "/content", std::string(60'000, 'x'));
     for (const ProjectArtifactRow& row : projectArtifactRows()) {
         const std::string project = "home/Projects/" + row.metadata.id + "/";
@@ -71,6 +77,9 @@ CommandResult answerOfTools(const TempTree& tree, const testing::FakeRunner::Com
         return joined;
     }();
     if (line == "/usr/local/bin/docker info ") return {0, ""};
+    if (line == "/usr/bin/xcrun simctl list devices -j ")
+        return {0, furnished ? R"({"devices":{"a":[{"udid":"AB-12","name":"a","isAvailable":false}]}})"
+                             : R"({"devices":{}})"};
     if (!furnished) return {0, ""};
     if (line.starts_with("/usr/local/bin/docker image ls ")) return {0, "abc  a:1  1GB\n"};
     if (line.starts_with("/usr/local/bin/docker volume ls ")) return {0, "data\n"};
@@ -82,7 +91,8 @@ CommandResult answerOfTools(const TempTree& tree, const testing::FakeRunner::Com
 /// Probes that hear from a tool what their items weigh.
 const std::set<std::string> sizedByTheirTool{"docker.images", "docker.buildcache"};
 /// Probes that ask little and in one go: they look at cancellation neither before nor between.
-const std::set<std::string> notCutShort{"docker.images", "docker.buildcache"};
+const std::set<std::string> notCutShort{"docker.images", "docker.buildcache", "cache.swiftpm",
+                                        "cache.homebrew", "cache.maven"};
 
 /// Each path with its size and dates; asking changes none of them. A folder's date of modification tells
 /// whether something was added to it. A link's own access date changes with every question for its target,
