@@ -5,8 +5,8 @@
 
 namespace vesko::testing {
 
-/// What a search index of the disk as it is now answers to `mdfind`. What is not there is no failure to it: an
-/// index knows nothing of it.
+/// What a search index of the disk as it is now answers to `mdfind`. What is not there is no failure to it:
+/// an index knows nothing of it.
 inline CommandResult answerOfIndex(const FakeRunner::Command& command) {
     const SearchReply reply = replyToSearch(TreeSearch(), {command.begin() + 1, command.end()});
     return {reply.status == SearchReply::unsearchable ? 0 : reply.status, reply.output};
