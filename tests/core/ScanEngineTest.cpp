@@ -3,6 +3,7 @@
 #include "base/Paths.h"
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
+#include "probes/ScanCommandRunner.h"
 #include "support/FakeRunner.h"
 #include "support/ManualLoop.h"
 #include "support/ScopedEnvironment.h"
@@ -12,6 +13,7 @@
 #include <atomic>
 #include <gmock/gmock.h>
 #include <latch>
+#include <mutex>
 #include <set>
 #include <thread>
 
@@ -342,12 +344,22 @@ TEST_F(ScanEngineTest, DemotedPathsComeFromTheStoreUnlessTheyAreGiven) {
     EXPECT_THAT(given, ElementsAre(ElementsAre("/chosen"), ElementsAre("/left/out")));
 }
 
-TEST_F(ScanEngineTest, ARunnerIsThereAlsoWhenNoneIsGiven) {
-    std::atomic<bool> there = false;
-    engine.probes = {probe(
-        "a", [&](const ProbeContext& given) { return there = given.runner != nullptr, ProbeResult(); })};
+TEST_F(ScanEngineTest, WithoutARunnerEachScanGetsOneOfItsOwnThatAllItsProbesShare) {
+    std::mutex mutex;
+    std::vector<std::shared_ptr<const CommandRunning>> runners;
+    const auto keep = [&](const ProbeContext& given) {
+        const std::lock_guard lock(mutex);
+        runners.push_back(given.runner);
+        return ProbeResult();
+    };
+    engine.probes = {probe("a", keep), probe("b", keep)};
     scanned();
-    EXPECT_TRUE(there);
+    scanned();
+    ASSERT_EQ(runners.size(), 4U);
+    EXPECT_TRUE(dynamic_cast<const ScanCommandRunner*>(runners[0].get()));
+    EXPECT_EQ(runners[0], runners[1]);
+    EXPECT_EQ(runners[2], runners[3]);
+    EXPECT_NE(runners[0], runners[2]);
 }
 
 TEST_F(ScanEngineTest, ProbesAndTheReportAreWorkForOtherThreads) {
