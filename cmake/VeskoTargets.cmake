@@ -40,13 +40,13 @@ function(vesko_library NAME)
 endfunction()
 
 # vesko_test(NAME SOURCES ... LINKS ...): one test program a folder, each test known to ctest by its name.
-# LABELS mark tests for selection; ENVIRONMENT adds NAME=VALUE pairs.
+# LABELS mark tests for selection. Where the recorded data lies is told when they run, not when they are
+# compiled, so that the compiler's cache serves every checkout.
 function(vesko_test NAME)
-  cmake_parse_arguments(ARG "NO_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "NO_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
   set(target test_${NAME})
   add_executable(${target} ${ARG_SOURCES})
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
-  target_compile_definitions(${target} PRIVATE VESKO_FIXTURES="${CMAKE_SOURCE_DIR}/tests/fixtures")
   target_link_libraries(${target} PRIVATE vesko_options ${ARG_LINKS} GTest::gmock)
   if(NOT ARG_NO_MAIN)
     target_link_libraries(${target} PRIVATE GTest::gmock_main)
@@ -57,5 +57,6 @@ function(vesko_test NAME)
   gtest_discover_tests(${target}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${NAME};${ARG_LABELS}" ENVIRONMENT "${ARG_ENVIRONMENT}")
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${NAME};${ARG_LABELS}"
+      ENVIRONMENT "VESKO_FIXTURES=${CMAKE_SOURCE_DIR}/tests/fixtures")
 endfunction()

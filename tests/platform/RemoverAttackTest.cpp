@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <linux/fs.h>
+#include <ostream>
 #include <random>
 #include <signal.h>
 #include <spawn.h>
@@ -96,6 +97,11 @@ struct Attack {
     Rights rights;
 };
 
+std::string nameOf(const Attack& attack) {
+    return std::string(attack.call) + (attack.rights == Rights::asStarted ? "AsStarted" : "AsOrdinaryUser");
+}
+void PrintTo(const Attack& attack, std::ostream* stream) { *stream << nameOf(attack); }
+
 class RemoverUnderAttack : public ::testing::TestWithParam<Attack> {};
 INSTANTIATE_TEST_SUITE_P(
     EveryCall, RemoverUnderAttack,
@@ -103,10 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Attack{"statx", Rights::asStarted}, Attack{"getdents64", Rights::asStarted},
                       Attack{"openat2", Rights::ordinaryUser}, Attack{"unlinkat", Rights::ordinaryUser},
                       Attack{"statx", Rights::ordinaryUser}, Attack{"getdents64", Rights::ordinaryUser}),
-    [](const auto& info) {
-        return std::string(info.param.call) +
-               (info.param.rights == Rights::asStarted ? "AsStarted" : "AsOrdinaryUser");
-    });
+    [](const auto& info) { return nameOf(info.param); });
 
 TEST_P(RemoverUnderAttack, AFolderSwappedForALinkLeadsNowhere) {
     if (const std::string why = whyNoInjection(); !why.empty()) GTEST_SKIP() << why;

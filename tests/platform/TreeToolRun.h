@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/ShellCommand.h"
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ enum class Rights {
     asStarted,
     ordinaryUser, ///< where the tests run as root, the user 65534 instead
 };
+inline void PrintTo(Rights rights, std::ostream* stream) {
+    *stream << (rights == Rights::asStarted ? "as started" : "as an ordinary user");
+}
 
 /// The words that start the helper with those rights; a wrapper such as strace may come before them.
 std::vector<std::string> treeToolWords(Rights rights, const std::vector<std::string>& task);

@@ -5,6 +5,7 @@
 #include "support/ProbeHome.h"
 #include "support/builders.h"
 #include <gmock/gmock.h>
+#include <ostream>
 
 namespace vesko {
 namespace {
@@ -78,6 +79,7 @@ struct Failure {
     const char* name;
     void (*arrange)(const testing::TempTree&);
 };
+void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
 class IOSBackupFailure : public IOSBackupProbeTest, public ::testing::WithParamInterface<Failure> {};
 
 TEST_P(IOSBackupFailure, IsNoGroupAndNoError) {

@@ -6,6 +6,7 @@
 #include "support/ProbeHome.h"
 #include "support/builders.h"
 #include <gmock/gmock.h>
+#include <ostream>
 
 namespace vesko {
 namespace {
@@ -183,6 +184,7 @@ struct Failure {
     const char* name;
     void (*arrange)(const testing::TempTree&);
 };
+void PrintTo(const Failure& failure, std::ostream* stream) { *stream << failure.name; }
 class ShallowScanFailure : public ShallowScanProbeTest, public ::testing::WithParamInterface<Failure> {};
 
 TEST_P(ShallowScanFailure, IsNoGroupAndNoError) {

@@ -367,6 +367,7 @@ struct Crowded {
     int stretch;  ///< of the letters, in percent
     QSize size;
 };
+void PrintTo(const Crowded& crowded, std::ostream* stream) { *stream << crowded.name; }
 
 class Crowding : public ::testing::TestWithParam<std::tuple<Crowded, Language>> {};
 
