@@ -16,7 +16,7 @@ namespace vesko {
 /// the same number. Blocks; any thread.
 std::int64_t duSize(const FileURL& url, bool followLinks);
 
-/// Starts a child; what runChild is.
+/// Starts a child; what runTool is.
 using ChildRunning = std::function<std::optional<ChildResult>(const std::string& executable,
                                                               const std::vector<std::string>& arguments)>;
 /// The figure of the program alone, through the given way to start it.

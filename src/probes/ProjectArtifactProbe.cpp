@@ -7,7 +7,7 @@
 #include "core/GroupBuilders.h"
 #include "core/ParallelSizing.h"
 #include "enrichment/DisplayName.h"
-#include "probes/Lines.h"
+#include "probes/TextPieces.h"
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -86,11 +86,14 @@ ProjectArtifactProbe::spotlightFolders(const FileURL& home, const CommandRunning
     const CommandResult answer = runner.run("/usr/bin/mdfind", {"-onlyin", home.path(), query});
     if (answer.exitCode != 0)
         return std::unexpected(localized("error.spotlight.unavailable %@", row_.folderName));
-    std::vector<std::string> lines = nonEmptyLines(answer.output);
-    if (!isHidden) return lines;
     std::vector<std::string> folders;
-    for (std::string& line : lines) {
-        const FileURL folder = FileURL(std::move(line)).parent().appending(row_.folderName);
+    std::string_view rest = answer.output;
+    while (const auto line = takePiece(rest, "\n")) {
+        if (!isHidden) {
+            folders.emplace_back(*line);
+            continue;
+        }
+        const FileURL folder = FileURL(std::string(*line)).parent().appending(row_.folderName);
         if (isDirectory(folder).value_or(false)) folders.push_back(folder.path());
     }
     return folders;

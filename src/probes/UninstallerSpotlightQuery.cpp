@@ -7,7 +7,7 @@
 #include "core/BundleIdentifier.h"
 #include "core/ItemOrder.h"
 #include "core/WalkedSize.h"
-#include "probes/Lines.h"
+#include "probes/TextPieces.h"
 #include <cmath>
 #include <limits>
 #include <unordered_set>
@@ -73,9 +73,10 @@ std::vector<ScannableItem> UninstallerSpotlightQuery::unusedApplications(std::in
     for (const FileURL& root : applicationRoots_) {
         const auto child = run_("/usr/bin/mdfind", {"-onlyin", root.path(), query});
         if (!child || child->status != 0 || !isUtf8(child->standardOutput)) continue;
-        for (std::string& path : nonEmptyLines(child->standardOutput)) {
-            if (!seen.insert(path).second) continue;
-            if (auto item = application(path)) items.push_back(std::move(*item));
+        std::string_view rest = child->standardOutput;
+        while (const auto path = takePiece(rest, "\n")) {
+            if (!seen.emplace(*path).second) continue;
+            if (auto item = application(std::string(*path))) items.push_back(std::move(*item));
         }
     }
     sortLargestFirst(items);

@@ -2,15 +2,11 @@
 
 #include "probes/RunTool.h"
 #include "support/TempTree.h"
-#include <algorithm>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace vesko {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::TempTree;
 
 class ToolTable : public ::testing::Test {
@@ -57,26 +53,6 @@ TEST_F(ToolTable, WithoutRowsNothingChanges) {
         EXPECT_FALSE(isStoodInFor(path, {}));
     }
 }
-
-#ifdef __linux__
-TEST_F(ToolTable, ThisSystemStandsInForTheSearchAndTheContainerClient) {
-    const std::vector<ToolStandIn> rows = toolStandIns();
-    ASSERT_EQ(rows.size(), 2U);
-    EXPECT_EQ(rows[0].path, "/usr/bin/mdfind");
-    for (const std::string& executable : rows[0].executables)
-        EXPECT_TRUE(executable.ends_with("/vesko-mdfind"));
-    EXPECT_EQ(rows[1], (ToolStandIn{"/usr/local/bin/docker", {"/usr/bin/docker"}}));
-}
-
-TEST_F(ToolTable, TheSearchProgramIsLookedForBesideTheRunningProgramFirst) {
-    const auto self = std::filesystem::read_symlink("/proc/self/exe");
-    const auto places = toolStandIns()[0].executables;
-    ASSERT_EQ(places.size(), 3U);
-    EXPECT_EQ(places[0], self.parent_path().string() + "/vesko-mdfind");
-    EXPECT_EQ(places[1], self.parent_path().parent_path().string() + "/libexec/vesko/vesko-mdfind");
-    EXPECT_TRUE(places[2].starts_with('/'));
-}
-#endif
 
 TEST_F(ToolTable, AToolWithoutARowIsStartedAtItsPath) {
     const auto child = runTool("/bin/echo", {"a", "b c"});
