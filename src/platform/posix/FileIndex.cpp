@@ -95,7 +95,7 @@ private:
 } // namespace
 
 IndexedFiles indexFiles(const FileURL& root, const StopToken& stop) {
-    const auto index = std::make_shared<WalkedIndex>(root);
+    auto index = std::make_shared<WalkedIndex>(root);
     TreeWalkOptions options;
     options.details = TreeWalkOptions::Details::namesOnly;
     options.stop = stop;
