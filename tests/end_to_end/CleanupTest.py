@@ -14,14 +14,20 @@ SAFE = {
     "cache.npm": ".npm/_cacache", "cache.pnpm": "Library/pnpm/store", "cache.yarn": "Library/Caches/Yarn",
     "cache.cargo": ".cargo/registry/cache", "cache.gradle": ".gradle/caches", "cache.pip": "Library/Caches/pip",
     "cache.poetry": "Library/Caches/pypoetry", "cache.uv": ".cache/uv", "cache.bun": ".bun/install/cache",
-    "cache.cocoapods": "Library/Caches/CocoaPods",
-    "logs.stale": "Library/Logs/backup.log",
+    "cache.cocoapods": "Library/Caches/CocoaPods", "cache.swiftpm": "Library/Caches/org.swift.swiftpm",
+    "cache.homebrew": "Library/Caches/Homebrew", "cache.maven": ".m2/repository",
+    "cache.jetbrains": "Library/Caches/JetBrains/GoLand2024.2", "logs.stale": "Library/Logs/backup.log",
 }
+# Not ".rbenv/src": what is known of a cache is known by its folder's name, and Cargo has a "src" too, which is safe.
 KEPT = [
     "Downloads/conference-recording.mov", "Downloads/reading-list.epub", "Library/Logs/today.log",
-    "Library/Logs/.hidden.log", ".Trash/old-movie.mkv", ".rbenv/src", "go/pkg/mod",
+    "Library/Logs/.hidden.log", ".Trash/old-movie.mkv", "go/pkg/mod",
     "Library/Developer/Xcode/Archives/2025-03-04", "Documents/Thesis/chapter-1.md", ".ssh/config", ".npmrc",
     ".cargo/config.toml", "Projects/weather/Package.swift", "Library/Developer/Xcode/UserData/settings.xcsettings",
+    ".m2/settings.xml", "Projects/shop/node_modules", "Projects/shop/package.json", "Projects/raytracer/target",
+    "Applications/Paint Box.app", "Applications/Notes.app", "Library/Application Support/com.example.videocutter",
+    "Library/Application Support/MobileSync/Backup/00008110-000A4D2E1E38801E", "Library/Caches/com.example.player",
+    "Downloads/Editor-2.1.dmg", "Compiler 15.4.xip",
 ]
 KEPT_PROJECT = "Atlas-czxnqoywulmdkehj"
 DERIVED_DATA = "Library/Developer/Xcode/DerivedData"
@@ -42,8 +48,12 @@ class Cleanup(unittest.TestCase):
         return screens.Cleanup(program).open().wait_for_scan()
 
     def contents(self):
-        """The bytes of every file that must stay."""
-        return {path: (self.home / path).read_bytes()[:64] if (self.home / path).is_file() else None for path in KEPT}
+        """The bytes of every file that must stay, and what lies in every folder."""
+        found = {}
+        for path in KEPT:
+            place = self.home / path
+            found[path] = sorted(os.walk(place)) if place.is_dir() else place.read_bytes()[:64]
+        return found
 
     def testWhatIsConfirmedIsDeletedAndNothingElse(self):
         screen = self.begin()

@@ -81,7 +81,7 @@ TEST(DockerListings, TheBuildCacheOfARealClientIsRead) {
 
 TEST(DockerListings, TheBuildCacheIsCalledByItsTitleInTheCurrentLanguage) {
     const LanguageScope portuguese(Language::portuguese);
-    EXPECT_EQ(parseBuildCacheLine("Build Cache\t1B", data)->displayLabel, "Cache de montagem do Docker");
+    EXPECT_EQ(parseBuildCacheLine("Build Cache\t1B", data)->displayLabel, "Cache de construção do Docker");
 }
 
 std::optional<std::int64_t> cacheSize(std::string_view output) {

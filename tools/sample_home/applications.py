@@ -25,18 +25,18 @@ def application(home, name, identifier, size, opened_days, form=plistlib.FMT_XML
 def unused_applications(home):
     application(home, "Paint Box", "com.example.paintbox", 220, 310)
     application(home, "Tape Deck", "com.example.tapedeck", 95, 140, plistlib.FMT_BINARY)
-    home.file("Applications/Sculptor-1.8-x86_64.AppImage", 130 * MB, 500, 200, mode=0o755)
+    home.file("Applications/Sculptor 1.8.AppImage", 130 * MB, 500, 200, mode=0o755)
     # Used lately, or the system's own by its name: these stay.
     application(home, "Notes", "com.example.notes", 40, 1)
     application(home, "Calendar", "com.example.calendar", 35, 12, plistlib.FMT_BINARY)
     application(home, "com.apple.Sketch", "com.apple.Sketch", 10, 365)
-    home.file("Applications/Messenger-4.2-x86_64.AppImage", 90 * MB, 60, 2, mode=0o755)
+    home.file("Applications/Messenger 4.2.AppImage", 90 * MB, 60, 2, mode=0o755)
 
 
 def leftovers(home):
     large = {"small": 11 * MB}  # smaller folders are not offered
     home.file(f"{SUPPORT}/com.example.videocutter/Projects.db", 340 * MB, 420, **large)
-    home.file(f"{SUPPORT}/org.example.mapmaker.beta/Tiles.sqlite", 120 * MB, 600, **large)
+    home.file(f"{SUPPORT}/org.example.mapmaker/Tiles.sqlite", 120 * MB, 600, **large)
     # Of applications that are there, as both forms of property lists tell.
     home.file(f"{SUPPORT}/com.example.notes/Notes.sqlite", 60 * MB, 1, **large)
     home.file(f"{SUPPORT}/com.example.calendar/Calendar.sqlite", 24 * MB, 1, **large)
@@ -60,7 +60,7 @@ def installers(home):
     home.file(f"{DOWNLOADS}/Editor-2.2.dmg", 78 * MB, 60)
     home.file(f"{DOWNLOADS}/Editor_3.0-arm64.dmg", 81 * MB, 12)
     home.file("Desktop/Office Suite 16.89.pkg", 260 * MB, 45)
-    home.file("Compiler_15.4.xip", 410 * MB, 100)
+    home.file("Compiler 15.4.xip", 410 * MB, 100)
     home.file(f"{DOWNLOADS}/Printer Driver.pkg/Contents/Archive.pax.gz", 38 * MB, 30)
     home.folder(f"{DOWNLOADS}/Printer Driver.pkg", 30)
     # Kept on purpose, deeper, or of another kind.

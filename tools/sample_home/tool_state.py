@@ -37,25 +37,24 @@ def _docker(home):
 def _simulators(home):
     devices = "Library/Developer/CoreSimulator/Devices"
     known = [
-        ("9B1DEB4D-3B7D-4BAD-9BDD-2B0D7B3DCB6D", "iPhone 15", True, 320),
-        ("1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED", "iPhone 8", False, 140),
+        ("iOS-17-5", "9B1DEB4D-3B7D-4BAD-9BDD-2B0D7B3DCB6D", "iPhone 15", True, 320),
+        ("iOS-15-0", "1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED", "iPhone 8", False, 140),
+        ("iOS-14-5", "6EC0BD7F-11C0-43DA-975E-2A8AD9EBAE0B", "iPad Air", False, 95),
     ]
-    entries = []
-    for identifier, name, available, size in known:
+    listed = {}
+    for version, identifier, name, available, size in known:
         home.file(f"{devices}/{identifier}/data/Library/store.db", size * MB)
-        entries.append({
+        listed.setdefault(f"com.apple.CoreSimulator.SimRuntime.{version}", []).append({
             "udid": identifier, "name": name, "isAvailable": available, "state": "Shutdown",
             "dataPath": os.fsdecode(home.path(f"{devices}/{identifier}/data")),
         })
-    registered = "Library/Developer/CoreSimulator/Profiles/Runtimes/iOS 18.1.simruntime"
-    left_over = "Library/Developer/CoreSimulator/Profiles/Runtimes/iOS 15.0.simruntime"
-    home.file(f"{registered}/Contents/Resources/root.img", 60 * MB)
-    home.file(f"{left_over}/Contents/Resources/root.img", 45 * MB)
+    runtimes = "Library/Developer/CoreSimulator/Profiles/Runtimes"
+    registered = f"{runtimes}/iOS 18.1.simruntime"
+    # The tool no longer knows the other two.
+    for version, size in (("18.1", 60), ("15.0", 45), ("14.5", 38)):
+        home.file(f"{runtimes}/iOS {version}.simruntime/Contents/Resources/root.img", size * MB)
     _write(home, "simctl.json", {
-        "devices": {
-            "com.apple.CoreSimulator.SimRuntime.iOS-17-5": entries[:1],
-            "com.apple.CoreSimulator.SimRuntime.iOS-15-0": entries[1:],
-        },
+        "devices": listed,
         "runtimes": [{"name": "iOS 18.1", "bundlePath": os.fsdecode(home.path(registered))}],
     })
 
