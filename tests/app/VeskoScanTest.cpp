@@ -6,6 +6,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
 using testing::ScopedEnvironment;
 using testing::TempTree;
 using Json = nlohmann::json;
@@ -134,6 +136,22 @@ TEST_F(VeskoScan, StatisticsAreOneMoreLineAtTheEnd) {
     EXPECT_GE(statistics["childrenStarted"], 0);
     const std::string table = run({"--statistics", "--summary", "--home", tree.path("home")}).output;
     EXPECT_THAT(table, HasSubstr("can be freed\n{\"event\":\"statistics\""));
+}
+
+TEST_F(VeskoScan, PlacesThatSeveralProbesLookAtAreReadOnce) {
+    const std::string bytes(20'000, 'x');
+    tree.file("home/Library/Caches/JetBrains/editor/deep/one", bytes);
+    tree.file("home/Library/Caches/JetBrains/database/two", bytes);
+    tree.file("home/Library/Caches/pip/http/three", bytes);
+    tree.file("home/Library/Developer/Xcode/DerivedData/app/Previews/four", bytes);
+    tree.file("home/Library/Developer/Xcode/DerivedData/app/Build/five", bytes);
+    const auto lines = events(run({"--statistics", "--home", tree.path("home")}).output);
+    // Four in JetBrains, two in pip, three in DerivedData; each is asked for by two rows.
+    EXPECT_EQ(lines.back()["measuring"]["foldersRead"], 9);
+    std::set<std::string> found;
+    for (const Json& group : lines[lines.size() - 2]["report"]["groups"])
+        for (const Json& item : group["items"]) found.insert(item["name"]);
+    EXPECT_THAT(found, IsSupersetOf({"editor", "database", "pip", "app", "Previews"}));
 }
 
 TEST_F(VeskoScan, SaysHowItIsUsed) {
