@@ -55,6 +55,11 @@ void report(const char* what, double value, int limit) {
     std::fflush(stdout);
 }
 
+void report(const char* what, const Watchdog::Stall& stall) {
+    report(what, stall.time, 50);
+    std::printf("  %-56s %8.1f ms\n", "most work of its thread in one turn", stall.work);
+}
+
 void showCleanup(ScreenStage& stage) {
     stage.show();
     stage.shell.setSelection(QStringLiteral("cleanup"));
@@ -79,7 +84,7 @@ void scan(const std::string& home, int entries) {
     runUntil([&] { return stage.model->phase->kind == CleanupPhase::Kind::scanning; });
     runUntil([&] { return stage.model->phase->kind == CleanupPhase::Kind::idle; });
     stage.settle();
-    report("longest stall while a scan runs", watchdog.takeLongest(), 50);
+    report("longest stall while a scan runs", watchdog.takeLongest());
     std::int64_t items = 0;
     for (const CleanupGroup& each : *stage.model->groups)
         items += static_cast<std::int64_t>(each.items.size());
@@ -106,7 +111,7 @@ void erase(const std::string& folder, const char* what, int files, bool asOne) {
     stage.cleanup.deleteSelected();
     runUntil([&] { return stage.model->cleanupMessage->has_value(); });
     stage.settle();
-    report(what, watchdog.takeLongest(), 50);
+    report(what, watchdog.takeLongest());
     std::printf("  %s\n", stage.model->cleanupMessage->value_or("").c_str());
     stage.life.end();
 }
