@@ -21,6 +21,13 @@ struct WorkerPool::State : std::enable_shared_from_this<WorkerPool::State> {
         StopToken stop;
     };
     using Lock = std::unique_lock<std::mutex>;
+    /// A worker that waits. Each has a condition variable to itself: to notify one that several threads share
+    /// may take until a thread that was woken before has come to run, and a worker that stands behind others
+    /// takes its time while the main thread posts.
+    struct Sleeper {
+        std::condition_variable wake;
+        bool isCalled = false;
+    };
 
     explicit State(WorkerPoolLimits l) : limits(l) {}
 
@@ -32,16 +39,18 @@ struct WorkerPool::State : std::enable_shared_from_this<WorkerPool::State> {
     void superviseStalls();
     void work(std::uint64_t id);
     bool waitForCall(Lock& lock);
+    bool sleep(Lock& lock);
+    void wakeOne();
     void leave(Lock& lock, std::uint64_t id);
     std::vector<std::thread> close();
 
     const WorkerPoolLimits limits;
     HomeGate gate;
     mutable std::mutex mutex;
-    std::condition_variable called;
     std::condition_variable overloaded;
     std::deque<Call> calls;
-    std::size_t idle = 0;
+    std::vector<Sleeper*> sleepers; // those not called yet
+    std::size_t idle = 0;           // those who sleep, and those who were called and have yet to come
     std::uint64_t taken = 0;
     std::uint64_t lastId = 0;
     bool closing = false;
@@ -55,7 +64,7 @@ void WorkerPool::State::post(Call call) {
     if (closing) return;
     calls.push_back(std::move(call));
     if (unserved() == 0) {
-        called.notify_one();
+        wakeOne();
     } else if (workers.size() < limits.prompt) {
         start();
     } else if (workers.size() < limits.most) {
@@ -110,11 +119,31 @@ void WorkerPool::State::work(std::uint64_t id) {
 }
 
 bool WorkerPool::State::waitForCall(Lock& lock) {
-    if (!calls.empty()) return true;
-    ++idle;
-    called.wait_for(lock, limits.idle, [&] { return closing || !calls.empty(); });
-    --idle;
+    while (calls.empty() && !closing) {
+        if (!sleep(lock)) break;
+    }
     return !calls.empty();
+}
+
+// Until a call wakes it, which another worker may have taken by then; false when none came for a while.
+bool WorkerPool::State::sleep(Lock& lock) {
+    Sleeper sleeper;
+    sleepers.push_back(&sleeper);
+    ++idle;
+    sleeper.wake.wait_for(lock, limits.idle, [&] { return closing || sleeper.isCalled; });
+    --idle;
+    if (!sleeper.isCalled) std::erase(sleepers, &sleeper);
+    return sleeper.isCalled;
+}
+
+// With the lock held, so that the sleeper is still there. Whoever was called and has yet to come takes a call
+// too, so there may be nobody to wake.
+void WorkerPool::State::wakeOne() {
+    if (sleepers.empty()) return;
+    Sleeper& last = *sleepers.back();
+    sleepers.pop_back();
+    last.isCalled = true;
+    last.wake.notify_one();
 }
 
 // A thread can't join itself, so each one that leaves joins the one that left before it.
@@ -135,7 +164,7 @@ std::vector<std::thread> WorkerPool::State::close() {
     workers.clear();
     if (retired.joinable()) threads.push_back(std::move(retired));
     if (supervisor.joinable()) threads.push_back(std::move(supervisor));
-    called.notify_all();
+    for (Sleeper* sleeper : sleepers) sleeper->wake.notify_one();
     overloaded.notify_all();
     return threads;
 }
