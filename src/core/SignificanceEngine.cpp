@@ -40,19 +40,27 @@ bool isStandardized(std::string_view path) {
     return true;
 }
 
+/// Calls for what the items a little behind this one will be looked at for: first for the place that says
+/// where a path's bytes are, then for the bytes.
+void fetchAhead(const ItemList& items, std::size_t index) {
+    constexpr std::size_t far = 24;
+    constexpr std::size_t near = 8;
+    if (index + far < items.size()) __builtin_prefetch(&items[index + far].url.path());
+    if (index + near < items.size()) __builtin_prefetch(items[index + near].url.path().data());
+}
+
 /// Hands the items' paths in their cleaned form to `use(first, paths)`, `first` being the place of the first
 /// of them. A few at a time, so that their bytes are still near when they are looked at again; a copy is made
 /// only of one that is not clean already.
 template <class Use> void withStandardizedPaths(const ItemList& items, Use use) {
     constexpr std::size_t few = 256;
-    constexpr std::size_t ahead = 4;
     std::vector<std::string_view> paths;
     std::deque<std::string> cleaned;
     for (std::size_t first = 0; first < items.size(); first += paths.size()) {
         paths.clear();
         cleaned.clear();
         for (std::size_t index = first; index < std::min(first + few, items.size()); ++index) {
-            if (index + ahead < items.size()) __builtin_prefetch(items[index + ahead].url.path().data());
+            fetchAhead(items, index);
             const std::string& path = items[index].url.path();
             paths.emplace_back(isStandardized(path) ? path : cleaned.emplace_back(standardizedPath(path)));
         }
@@ -105,7 +113,9 @@ std::vector<ScannableItem> projectArtifacts(const std::vector<CleanupGroup>& gro
     kept.reserve(count);
     for (const CleanupGroup& group : groups) {
         if (!isProjectArtifacts(group)) continue;
-        for (const ScannableItem& item : group.items) {
+        for (std::size_t index = 0; index < group.items.size(); ++index) {
+            fetchAhead(group.items, index);
+            const ScannableItem& item = group.items[index];
             const auto [place, isNew] = places.try_emplace(&item.url, kept.size());
             if (isNew)
                 kept.push_back(&item);
