@@ -207,14 +207,16 @@ TEST_F(KilledDeletion, LeavesOnlyLessOfWhatWentAndTheNextStartShowsTheRest) {
     const std::vector<std::uint64_t> inodes = canaryInodes();
     const std::vector<std::string> words{VESKO_DELETE_EVERYTHING, tree.root().path(), demotedFile};
 
-    // Undisturbed, all of it goes; that is how long there is to kill it.
+    // Undisturbed, all of it goes; that is how long there is to kill it. On a machine that has much else to
+    // do the last part is left out, so that a hundred kills end in a minute.
+    constexpr Clock::duration longest = std::chrono::milliseconds(500);
     Clock::duration whole{};
     {
         Deleting undisturbed(words);
         ASSERT_EQ(undisturbed.line(), "begins");
         const auto begun = Clock::now();
         ASSERT_EQ(undisturbed.line(), "done");
-        whole = Clock::now() - begun;
+        whole = std::min<Clock::duration>(Clock::now() - begun, longest);
         EXPECT_EQ(bytesIn(tree.path("Library/Caches/large")) + static_cast<int>(singleOnes().size()), 0);
         expectCanaries(inodes);
     }
