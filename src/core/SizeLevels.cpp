@@ -2,6 +2,7 @@
 
 #include "base/FileSystem.h"
 #include "concurrency/Cancelled.h"
+#include "concurrency/CurrentTask.h"
 #include "core/DiskUsage.h"
 #include "core/FastDirectorySize.h"
 #include "core/MeasuredTrees.h"
@@ -27,7 +28,9 @@ SizeLevels sharedSizeLevels(std::shared_ptr<MeasuredTrees> trees) {
     };
     levels.du = [trees](const FileURL& url, bool followLinks) {
         const std::optional<std::int64_t> bytes = trees->bytes(url, followLinks);
-        return bytes ? *bytes : duSize(url, followLinks);
+        if (bytes) return *bytes;
+        // A walk that was cut short must not be done again by a program that nobody can stop.
+        return currentTaskIsCancelled() ? 0 : duSize(url, followLinks);
     };
     return levels;
 }

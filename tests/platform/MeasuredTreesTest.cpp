@@ -313,6 +313,21 @@ TEST_F(MeasuredTreesTest, BeyondItsBudgetAReadingKeepsOnlyItsOwnSum) {
     EXPECT_EQ(fewSightings.sightings.left(), 1);
 }
 
+TEST(SharedSizeCalculator, ForACancelledTaskNothingIsMeasuredAndNoProgramStarted) {
+    const OddTree tree;
+    tree.file("t/one", 300'000);
+    const SharedSizeCalculator shared;
+    const std::int64_t started = childrenStarted();
+    {
+        const StopSource source;
+        source.requestStop();
+        const CurrentTaskScope scope(source.token());
+        EXPECT_EQ(shared.size(tree.url("t"), false), 0);
+    }
+    EXPECT_EQ(childrenStarted(), started);
+    EXPECT_EQ(shared.size(tree.url("t"), false), duBytes(tree.path("t")));
+}
+
 TEST(SharedSizeCalculator, GivesTheFiguresOfTheProgramAndStartsNone) {
     const OddTree tree;
     tree.file("t/a/one", 300'000);
