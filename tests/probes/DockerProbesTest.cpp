@@ -3,6 +3,7 @@
 #include "core/CatalogRows.h"
 #include "core/DiskSizeCalculator.h"
 #include "support/Fixtures.h"
+#include "support/FoundItems.h"
 #include "support/LanguageScope.h"
 #include "support/ScriptedSizes.h"
 #include "support/ToolScript.h"
@@ -19,6 +20,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using testing::fixture;
 using ::testing::IsEmpty;
+using testing::itemsOf;
 using testing::ScriptedSizes;
 using ::testing::SizeIs;
 using testing::TempTree;
@@ -125,7 +127,7 @@ TEST_F(DockerProbesTest, AProviderDecidesWhichDockerIsUsed) {
     script.on(listImages("/own/docker"), "a  b:c  1kB\n");
     const auto own = [](const CommandRunning&) { return std::optional<std::string>("/own/docker"); };
     const GroupMetadata metadata = rowMetadata("docker.images");
-    EXPECT_EQ(run(DockerImagesProbe(metadata, own)).group->items, (ItemList{image("a", "b:c", 1000)}));
+    EXPECT_EQ(itemsOf(run(DockerImagesProbe(metadata, own))), (ItemList{image("a", "b:c", 1000)}));
     EXPECT_THAT(runner->commands(), ElementsAre(listImages("/own/docker")));
     run(DockerVolumesProbe(metadata, own));
     EXPECT_THAT(runner->commands(), ElementsAre(listVolumes("/own/docker")));
@@ -138,7 +140,7 @@ TEST_F(DockerProbesTest, AProviderWithoutAnAnswerMeansThatThereIsNone) {
     tree.folder(dataFolder);
     const auto none = [](const CommandRunning&) { return std::optional<std::string>(); };
     const GroupMetadata metadata = rowMetadata("docker.images");
-    EXPECT_EQ(run(DockerImagesProbe(metadata, none)).group->items, (ItemList{unsupported(dataFolder, 1000)}));
+    EXPECT_EQ(itemsOf(run(DockerImagesProbe(metadata, none))), (ItemList{unsupported(dataFolder, 1000)}));
     EXPECT_EQ(run(DockerVolumesProbe(metadata, none)), ProbeResult());
     EXPECT_EQ(run(DockerBuildCacheProbe(metadata, none)), ProbeResult());
     EXPECT_THAT(runner->commands(), IsEmpty());
@@ -152,10 +154,10 @@ TEST_F(DockerProbesTest, EveryListedImageIsAnItem) {
     const ProbeResult result = images();
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "docker.images");
-    EXPECT_EQ(result.group->items,
+    EXPECT_EQ(itemsOf(result),
               (ItemList{image("bbb", "node:20", 1'100'000'000), image("aaa", "postgres:16", 431'000'000)}));
-    EXPECT_EQ(result.group->items.front().name(), "bbb");
-    EXPECT_FALSE(result.group->items.front().isDirectory);
+    EXPECT_EQ(itemsOf(result).front().name(), "bbb");
+    EXPECT_FALSE(itemsOf(result).front().isDirectory);
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_THAT(sizes->calls(), IsEmpty()) << "the tool tells the size";
 }
@@ -163,14 +165,14 @@ TEST_F(DockerProbesTest, EveryListedImageIsAnItem) {
 TEST_F(DockerProbesTest, AnUntaggedImageIsAnItemLikeAnyOther) {
     running();
     script.on(listImages(usual), "aaa  <none>:<none>  212MB\n");
-    EXPECT_EQ(images().group->items, (ItemList{image("aaa", "<none>:<none>", 212'000'000)}));
+    EXPECT_EQ(itemsOf(images()), (ItemList{image("aaa", "<none>:<none>", 212'000'000)}));
 }
 
 TEST_F(DockerProbesTest, AnImageWhoseSizeCannotBeReadIsSkippedWithoutATrace) {
     running();
     script.on(listImages(usual), "aaa  a:1  1.5PB\nbbb  b:1  2GB\nccc  c:1  12\nddd  d:1\n");
     const ProbeResult result = images();
-    EXPECT_EQ(result.group->items, (ItemList{image("bbb", "b:1", 2'000'000'000)}));
+    EXPECT_EQ(itemsOf(result), (ItemList{image("bbb", "b:1", 2'000'000'000)}));
     EXPECT_THAT(result.errors, IsEmpty());
 }
 
@@ -178,7 +180,7 @@ TEST_F(DockerProbesTest, AnImageWithTwoTagsIsTwoItemsWithOneKeyAndOneUrl) {
     running();
     script.on(listImages(usual), "aaa  node:20  1GB\naaa  node:latest  1GB\n");
     const ProbeResult result = images();
-    EXPECT_EQ(result.group->items,
+    EXPECT_EQ(itemsOf(result),
               (ItemList{image("aaa", "node:20", 1'000'000'000), image("aaa", "node:latest", 1'000'000'000)}));
 }
 
@@ -202,8 +204,8 @@ TEST_F(DockerProbesTest, WithoutDockerTheDataFolderIsMeasuredAndCannotBeDeleted)
     tree.folder(dataFolder);
     const ProbeResult result = images();
     ASSERT_TRUE(result.group);
-    EXPECT_EQ(result.group->items, (ItemList{unsupported(dataFolder, 1000)}));
-    EXPECT_EQ(result.group->items.front().name(), "Data");
+    EXPECT_EQ(itemsOf(result), (ItemList{unsupported(dataFolder, 1000)}));
+    EXPECT_EQ(itemsOf(result).front().name(), "Data");
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(dataFolder), true, false}));
 }
@@ -212,7 +214,7 @@ TEST_F(DockerProbesTest, ImagesThatCannotBeListedLeaveTheDataFolder) {
     tree.folder(dataFolder);
     running();
     script.failing(listImages(usual), 125, "aaa  a:1  1GB\n");
-    EXPECT_EQ(images().group->items, (ItemList{unsupported(dataFolder, 1000)}));
+    EXPECT_EQ(itemsOf(images()), (ItemList{unsupported(dataFolder, 1000)}));
 }
 
 TEST_F(DockerProbesTest, ADataFolderThatIsMissingOrWeighsNothingIsNoGroup) {
@@ -236,8 +238,8 @@ TEST_F(DockerProbesTest, EveryVolumeIsMeasuredWhereItIsMounted) {
     const ProbeResult result = volumes();
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "docker.volumes");
-    EXPECT_EQ(result.group->items, (ItemList{volume("two", tree.url("mounts/two"), 2000),
-                                             volume("one", tree.url("mounts/one"), 1000)}));
+    EXPECT_EQ(itemsOf(result), (ItemList{volume("two", tree.url("mounts/two"), 2000),
+                                         volume("one", tree.url("mounts/one"), 1000)}));
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_THAT(sizes->calls(),
                 UnorderedElementsAre(ScriptedSizes::Call{tree.path("mounts/one"), true, false},
@@ -250,7 +252,7 @@ TEST_F(DockerProbesTest, AVolumeThatCannotBeInspectedIsSkipped) {
     script.failing(inspect(usual, "gone"), 1, tree.path("mounts/gone"));
     script.on(inspect(usual, "nowhere"), " \n");
     script.on(inspect(usual, "good"), tree.path("mounts/good"));
-    EXPECT_EQ(volumes().group->items, (ItemList{volume("good", tree.url("mounts/good"), 1000)}));
+    EXPECT_EQ(itemsOf(volumes()), (ItemList{volume("good", tree.url("mounts/good"), 1000)}));
 }
 
 TEST_F(DockerProbesTest, AVolumeThatLooksLikeAnOptionOrShellTextIsOneArgument) {
@@ -258,7 +260,7 @@ TEST_F(DockerProbesTest, AVolumeThatLooksLikeAnOptionOrShellTextIsOneArgument) {
     script.on(listVolumes(usual), fixture("docker/written-by-hand/volume-ls-odd.txt"));
     for (const char* name : {"--help", "$(touch x); rm", "two words"})
         script.on(inspect(usual, name), tree.path("mounts/" + std::string(name)));
-    EXPECT_THAT(volumes().group->items,
+    EXPECT_THAT(itemsOf(volumes()),
                 UnorderedElementsAre(volume("--help", tree.url("mounts/--help"), 1000),
                                      volume("$(touch x); rm", tree.url("mounts/$(touch x); rm"), 1000),
                                      volume("two words", tree.url("mounts/two words"), 1000)));
@@ -272,7 +274,7 @@ TEST_F(DockerProbesTest, VolumesWithoutAFolderOnThisMachineGiveWayToWhatCanBeMea
     tree.folder(volumesFolder + "/atlas");
     sizes = std::make_shared<ScriptedSizes>(
         [](const FileURL& url) { return url.path().starts_with("/var/lib/docker") ? 0 : 700; });
-    EXPECT_EQ(volumes().group->items, (ItemList{unsupported(volumesFolder + "/atlas", 700)}));
+    EXPECT_EQ(itemsOf(volumes()), (ItemList{unsupported(volumesFolder + "/atlas", 700)}));
     EXPECT_THAT(sizes->calls(), SizeIs(2)) << "the mount point was tried";
 }
 
@@ -284,8 +286,8 @@ TEST_F(DockerProbesTest, WithoutDockerEveryVisibleFolderAmongTheVolumesIsMeasure
     tree.link(volumesFolder + "/link", "one");
     const ProbeResult result = volumes();
     ASSERT_TRUE(result.group);
-    EXPECT_THAT(result.group->items, UnorderedElementsAre(unsupported(volumesFolder + "/one", 1000),
-                                                          unsupported(volumesFolder + "/two", 1000)));
+    EXPECT_THAT(itemsOf(result), UnorderedElementsAre(unsupported(volumesFolder + "/one", 1000),
+                                                      unsupported(volumesFolder + "/two", 1000)));
     EXPECT_THAT(result.errors, IsEmpty());
     for (const auto& call : sizes->calls()) EXPECT_TRUE(call.preferDiskUsage && !call.linkAware);
 }
@@ -294,14 +296,14 @@ TEST_F(DockerProbesTest, VolumesThatCannotBeListedLeaveTheFolder) {
     tree.folder(volumesFolder + "/one");
     running();
     script.failing(listVolumes(usual), 1, "two\n").on(inspect(usual, "two"), tree.path("mounts/two"));
-    EXPECT_EQ(volumes().group->items, (ItemList{unsupported(volumesFolder + "/one", 1000)}));
+    EXPECT_EQ(itemsOf(volumes()), (ItemList{unsupported(volumesFolder + "/one", 1000)}));
 }
 
 TEST_F(DockerProbesTest, NoVolumesAtAllLeaveTheFolder) {
     tree.folder(volumesFolder + "/one");
     running();
     script.on(listVolumes(usual), "");
-    EXPECT_EQ(volumes().group->items, (ItemList{unsupported(volumesFolder + "/one", 1000)}));
+    EXPECT_EQ(itemsOf(volumes()), (ItemList{unsupported(volumesFolder + "/one", 1000)}));
 }
 
 TEST_F(DockerProbesTest, AFolderOfVolumesThatIsMissingOrNoFolderIsNoGroup) {
@@ -358,7 +360,7 @@ TEST_F(DockerProbesTest, TheBuildCacheIsOneItem) {
     ScannableItem expected = testing::item(tree.path(dataFolder + "/buildcache"), 1'500'000'000);
     expected.enrichmentKey = {"docker:prune:buildcache"};
     expected.displayLabel = "Docker build cache";
-    EXPECT_EQ(result.group->items, ItemList{expected});
+    EXPECT_EQ(itemsOf(result), ItemList{expected});
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_THAT(runner->commands(), ElementsAre(Command{usual, "info"}, formattedUse(usual)));
     EXPECT_THAT(sizes->calls(), IsEmpty());
@@ -375,9 +377,9 @@ TEST_F(DockerProbesTest, TheTableIsAskedForWhereTheTemplateFails) {
     running();
     script.failing(formattedUse(usual), 1, fixture("docker/system-df.txt"));
     script.on(plainUse(usual), "Build Cache 5 2kB\n");
-    EXPECT_EQ(buildCache().group->items.front().size, 2000);
+    EXPECT_EQ(itemsOf(buildCache()).front().size, 2000);
     script.on(formattedUse(usual), "Images\t2GB\n");
-    EXPECT_EQ(buildCache().group->items.front().size, 2000);
+    EXPECT_EQ(itemsOf(buildCache()).front().size, 2000);
 }
 
 TEST_F(DockerProbesTest, TheTableOfARealClientGivesNoBuildCache) {

@@ -3,6 +3,7 @@
 #include "core/CatalogRows.h"
 #include "core/DiskSizeCalculator.h"
 #include "support/Fixtures.h"
+#include "support/FoundItems.h"
 #include "support/LanguageScope.h"
 #include "support/PortugueseLocale.h"
 #include "support/ScriptedSizes.h"
@@ -16,6 +17,7 @@ namespace {
 using ::testing::ElementsAre;
 using testing::fixture;
 using ::testing::IsEmpty;
+using testing::itemsOf;
 using testing::LanguageScope;
 using testing::ScriptedSizes;
 using testing::TempTree;
@@ -75,7 +77,7 @@ TEST_F(SimulatorProbesTest, EveryDeviceOfEveryRuntimeIsAnItem) {
     EXPECT_THAT(result.errors, IsEmpty());
     const auto folder = [&](const std::string& udid) { return tree.path(deviceRoot + "/" + udid); };
     EXPECT_THAT(
-        result.group->items,
+        itemsOf(result),
         UnorderedElementsAre(
             device("9B1DEB4D-3B7D-4BAD-9BDD-2B0D7B3DCB6D", folder("9B1DEB4D-3B7D-4BAD-9BDD-2B0D7B3DCB6D")),
             device("1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED", folder("1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED")),
@@ -89,21 +91,21 @@ TEST_F(SimulatorProbesTest, AvailableDevicesAreLeftOutWhereOnlyTheOthersCount) {
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "xcode.simulators.unavailable");
     std::vector<std::string> keys;
-    for (const ScannableItem& item : result.group->items) keys.push_back(item.enrichmentKey.rawValue);
+    for (const ScannableItem& item : itemsOf(result)) keys.push_back(item.enrichmentKey.rawValue);
     EXPECT_THAT(keys, UnorderedElementsAre("simulator:1B9D6BCD-BBFD-4B2D-9B5D-AB8DFBBD4BED",
                                            "simulator:7C9E6679-7425-40DE-944B-E07FC1F90AE7"));
 }
 
 TEST_F(SimulatorProbesTest, ADeviceWithoutADataPathIsLookedForAtHome) {
     devices(R"({"udid":"AB-12","name":"n","isAvailable":false})");
-    EXPECT_EQ(unavailable().group->items, (ItemList{device("AB-12", tree.path(deviceRoot + "/AB-12"))}));
+    EXPECT_EQ(itemsOf(unavailable()), (ItemList{device("AB-12", tree.path(deviceRoot + "/AB-12"))}));
 }
 
 TEST_F(SimulatorProbesTest, ADataPathIsAlwaysCutByOneComponent) {
     devices(R"({"udid":"A","name":"n","isAvailable":true,"dataPath":"/x/A/data"},)"
             R"({"udid":"B","name":"n","isAvailable":true,"dataPath":"/x/B"},)"
             R"({"udid":"C","name":"n","isAvailable":true,"dataPath":"/x/C/odd name/"})");
-    EXPECT_THAT(all().group->items,
+    EXPECT_THAT(itemsOf(all()),
                 UnorderedElementsAre(device("A", "/x/A"), device("B", "/x"), device("C", "/x/C")));
 }
 
@@ -121,7 +123,7 @@ TEST_F(SimulatorProbesTest, ADeviceThatNoLongerHasAFolderDoesNotShow) {
     devices(R"({"udid":"HERE","name":"n","isAvailable":true},{"udid":"GONE","name":"n","isAvailable":true})");
     const ProbeResult result = all();
     ASSERT_TRUE(result.group);
-    EXPECT_THAT(testing::paths(result.group->items), ElementsAre(tree.path(deviceRoot + "/HERE")));
+    EXPECT_THAT(testing::paths(itemsOf(result)), ElementsAre(tree.path(deviceRoot + "/HERE")));
     EXPECT_THAT(result.errors, IsEmpty());
 }
 
@@ -180,7 +182,7 @@ TEST_F(SimulatorProbesTest, APersonsLocaleChangesNothing) {
     const testing::PortugueseLocale locale;
     if (!locale.isThere()) GTEST_SKIP() << "no pt_BR locale here";
     script.on(listDevices, here("simctl/devices.json"));
-    EXPECT_EQ(all().group->items.size(), 3U);
+    EXPECT_EQ(itemsOf(all()).size(), 3U);
 }
 
 // Runtimes.
@@ -193,7 +195,7 @@ TEST_F(SimulatorProbesTest, RegisteredRuntimesAreLeftOut) {
     const ProbeResult result = runtimes();
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "xcode.simulator.runtime");
-    EXPECT_THAT(result.group->items,
+    EXPECT_THAT(itemsOf(result),
                 UnorderedElementsAre(testing::item(tree.path(runtimeRoot + "/iOS 15.0.simruntime"), 1000),
                                      testing::item(tree.path(runtimeRoot + "/.hidden.simruntime"), 1000)));
     EXPECT_THAT(result.errors, IsEmpty());
@@ -211,13 +213,13 @@ TEST_F(SimulatorProbesTest, APercentSignInABundlePathStandsForItself) {
     tree.folder(runtimeRoot + "/iOS%2018");
     script.on(listRuntimes, R"({"runtimes":[{"bundlePath":")" + tree.path(runtimeRoot + "/iOS%2017.5") +
                                 R"("},{"bundlePath":")" + tree.path(runtimeRoot + "/iOS%2018") + "\"}]}");
-    EXPECT_THAT(testing::paths(runtimes().group->items), ElementsAre(tree.path(runtimeRoot + "/iOS 17.5")));
+    EXPECT_THAT(testing::paths(itemsOf(runtimes())), ElementsAre(tree.path(runtimeRoot + "/iOS 17.5")));
 }
 
 TEST_F(SimulatorProbesTest, ARuntimeWithoutABundlePathHidesNothing) {
     tree.folder(runtimeRoot + "/left");
     script.on(listRuntimes, R"({"runtimes":[{"name":"left"},{"bundlePath":null}]})");
-    EXPECT_THAT(testing::paths(runtimes().group->items), ElementsAre(tree.path(runtimeRoot + "/left")));
+    EXPECT_THAT(testing::paths(itemsOf(runtimes())), ElementsAre(tree.path(runtimeRoot + "/left")));
 }
 
 TEST_F(SimulatorProbesTest, EveryRuntimeIsOfferedWhereTheToolCannotBeAsked) {
@@ -227,7 +229,7 @@ TEST_F(SimulatorProbesTest, EveryRuntimeIsOfferedWhereTheToolCannotBeAsked) {
     const auto isOffered = [&] {
         const ProbeResult result = runtimes();
         ASSERT_TRUE(result.group);
-        EXPECT_EQ(result.group->items, ItemList{testing::item(known, 1000)}) << "called a folder unasked";
+        EXPECT_EQ(itemsOf(result), ItemList{testing::item(known, 1000)}) << "called a folder unasked";
         EXPECT_THAT(result.errors, IsEmpty());
     };
     isOffered(); // no such tool

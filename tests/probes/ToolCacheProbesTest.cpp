@@ -3,6 +3,7 @@
 #include "core/CatalogRows.h"
 #include "probes/HomebrewCacheAnswer.h"
 #include "support/Fixtures.h"
+#include "support/FoundItems.h"
 #include "support/PortugueseLocale.h"
 #include "support/ScriptedSizes.h"
 #include "support/ToolScript.h"
@@ -14,6 +15,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::itemsOf;
 using testing::ScriptedSizes;
 using testing::TempTree;
 using testing::ToolScript;
@@ -43,7 +45,7 @@ protected:
         const ProbeResult result = run<Probe>(id);
         std::vector<std::string> list;
         if (result.group)
-            for (const std::string& path : testing::paths(result.group->items))
+            for (const std::string& path : testing::paths(itemsOf(result)))
                 list.push_back(path.substr(tree.root().path().size() + 1));
         return list;
     }
@@ -64,7 +66,7 @@ TEST_F(ToolCacheProbesTest, TheUsualFolderOfHomebrewIsOneItem) {
     const ProbeResult result = homebrew();
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "cache.homebrew");
-    EXPECT_EQ(result.group->items, ItemList{testing::item(tree.path(standard), 1000)});
+    EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(standard), 1000)});
     EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(standard), true, false}));
 }
 
@@ -164,7 +166,7 @@ TEST_F(ToolCacheProbesTest, TheMavenRepositoryIsOneItem) {
     const ProbeResult result = run<MavenCacheProbe>("cache.maven");
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "cache.maven");
-    EXPECT_EQ(result.group->items, ItemList{testing::item(tree.path(".m2/repository"), 1000)});
+    EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(".m2/repository"), 1000)});
     EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(".m2/repository"), true, false}));
     EXPECT_THAT(runner->commands(), IsEmpty());
     weighingNothing();
@@ -178,7 +180,7 @@ TEST_F(ToolCacheProbesTest, TheSwiftPackageCacheIsOneItem) {
     const ProbeResult result = run<SwiftPMCacheProbe>("cache.swiftpm");
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "cache.swiftpm");
-    EXPECT_EQ(result.group->items, ItemList{testing::item(tree.path(place), 1000)});
+    EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(place), 1000)});
     EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(place), true, false}));
     weighingNothing();
     EXPECT_EQ(run<SwiftPMCacheProbe>("cache.swiftpm"), ProbeResult());
@@ -194,7 +196,7 @@ TEST_F(ToolCacheProbesTest, EveryChildOfTheJetBrainsFolderIsAnItem) {
     const ProbeResult result = run<JetBrainsCacheProbe>("cache.jetbrains");
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "cache.jetbrains");
-    EXPECT_THAT(result.group->items,
+    EXPECT_THAT(itemsOf(result),
                 UnorderedElementsAre(testing::item(tree.path(jetBrains + "/IntelliJIdea2024.1"), 1000),
                                      testing::item(tree.path(jetBrains + "/.hidden"), 1000)));
     for (const auto& call : sizes->calls()) EXPECT_TRUE(call.preferDiskUsage && !call.linkAware);
@@ -202,7 +204,7 @@ TEST_F(ToolCacheProbesTest, EveryChildOfTheJetBrainsFolderIsAnItem) {
 
 TEST_F(ToolCacheProbesTest, AFileAmongTheJetBrainsChildrenIsCalledAFolder) {
     tree.file(jetBrains + "/lone.log");
-    EXPECT_EQ(run<JetBrainsCacheProbe>("cache.jetbrains").group->items,
+    EXPECT_EQ(itemsOf(run<JetBrainsCacheProbe>("cache.jetbrains")),
               ItemList{testing::item(tree.path(jetBrains + "/lone.log"), 1000, true)});
 }
 
@@ -223,7 +225,7 @@ TEST_F(ToolCacheProbesTest, ThePreviewsOfEveryProjectAreItems) {
     const ProbeResult result = run<XcodePreviewsProbe>("xcode.previews");
     ASSERT_TRUE(result.group);
     EXPECT_EQ(result.group->id, "xcode.previews");
-    EXPECT_THAT(result.group->items,
+    EXPECT_THAT(itemsOf(result),
                 UnorderedElementsAre(testing::item(tree.path(derived + "/Atlas-abc/Previews"), 1000),
                                      testing::item(tree.path(derived + "/.Hidden-def/Previews"), 1000)));
     for (const auto& call : sizes->calls()) EXPECT_TRUE(call.preferDiskUsage && !call.linkAware);
@@ -235,7 +237,7 @@ TEST_F(ToolCacheProbesTest, AProjectWithoutPreviewsContributesNothing) {
     EXPECT_EQ(run<XcodePreviewsProbe>("xcode.previews"), ProbeResult());
     EXPECT_THAT(sizes->calls(), IsEmpty()) << "asked whether it exists, never measured";
     tree.file(derived + "/Other-def/Previews");
-    EXPECT_EQ(run<XcodePreviewsProbe>("xcode.previews").group->items,
+    EXPECT_EQ(itemsOf(run<XcodePreviewsProbe>("xcode.previews")),
               ItemList{testing::item(tree.path(derived + "/Other-def/Previews"), 1000, true)});
 }
 
