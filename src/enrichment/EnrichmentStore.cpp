@@ -27,7 +27,8 @@ std::string heuristicName(const CleanupGroup& group, const ScannableItem& item) 
 void addHeuristics(EnrichmentEntries& entries, const std::vector<CleanupGroup>& groups, Date now) {
     std::size_t items = 0;
     for (const CleanupGroup& group : groups) items += group.items.size();
-    entries.reserve(std::max(entries.size(), items));
+    // Only at first: a table that has grown may shrink by it, and every entry would be placed anew.
+    if (entries.empty()) entries.reserve(items);
     for (const CleanupGroup& group : groups) {
         for (const ScannableItem& item : group.items) {
             const auto [place, isNew] = entries.try_emplace(item.enrichmentKey);

@@ -27,7 +27,10 @@ bool CleanupViewModel::isSafe(const ScannableItem& item, const CleanupGroup& gro
 }
 
 void CleanupViewModel::applyDefaultSelection() {
+    std::size_t most = 0;
+    for (const CleanupGroup& group : *groups) most += group.items.size();
     URLSet selected;
+    selected.reserve(most);
     for (const CleanupGroup& group : *groups)
         for (const ScannableItem& item : group.items)
             if (isSelectable(item) && isSafe(item, group)) selected.insert(item.url);
