@@ -285,4 +285,11 @@ bool readJson(JsonValue value, bool& into) noexcept {
     return boolean.has_value();
 }
 
+bool readJson(JsonValue value, Date& into) noexcept {
+    const auto text = value.string();
+    const auto date = text ? dateFromIso8601(*text) : std::nullopt;
+    if (date) into = *date;
+    return date.has_value();
+}
+
 } // namespace vesko

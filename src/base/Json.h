@@ -1,4 +1,5 @@
 #pragma once
+#include "base/Date.h"
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -129,6 +130,8 @@ bool readJson(JsonValue value, std::string_view& into) noexcept;
 bool readJson(JsonValue value, std::int64_t& into) noexcept;
 bool readJson(JsonValue value, double& into) noexcept;
 bool readJson(JsonValue value, bool& into) noexcept;
+/// A text in the form of iso8601().
+bool readJson(JsonValue value, Date& into) noexcept;
 
 /// Reads a member that must be there with the right type.
 template <class Value> bool readMember(JsonValue object, std::string_view key, Value& into) {

@@ -85,24 +85,6 @@ std::size_t expectedLength(const ScanCacheSnapshot& snapshot) {
     return length;
 }
 
-bool readDate(JsonValue value, Date& into) {
-    const auto text = value.string();
-    const auto date = text ? dateFromIso8601(*text) : std::nullopt;
-    if (date) into = *date;
-    return date.has_value();
-}
-
-bool readDate(JsonValue object, std::string_view key, Date& into) {
-    const auto value = object.member(key);
-    return value && readDate(*value, into);
-}
-
-bool readDate(JsonValue object, std::string_view key, std::optional<Date>& into) {
-    const auto value = object.member(key);
-    if (!value || value->isNull()) return true;
-    return readDate(*value, into.emplace());
-}
-
 bool readItem(JsonValue value, ScannableItem& into) {
     std::string path;
     if (!readMember(value, "path", path) || !readMember(value, "size", into.size) ||
@@ -162,7 +144,7 @@ bool readFingerprint(JsonValue value, ProbeFingerprint& into) {
     const auto dates = value.member("pathMtimes");
     if (!dates || !dates->isObject()) return false;
     for (const auto& [path, date] : dates->members())
-        if (!readDate(date, into.pathMtimes[std::string(path)])) return false;
+        if (!readJson(date, into.pathMtimes[std::string(path)])) return false;
     return true;
 }
 
@@ -210,9 +192,9 @@ std::optional<ScanCacheSnapshot> ScanCacheFile::decode(std::string_view bytes,
     ScanCacheSnapshot snapshot;
     if (!readMember(root, "schemaVersion", version) || version != schemaVersion ||
         !readMember(root, "localeIdentifier", locale) || locale != localeIdentifier ||
-        !readDate(root, "scanDate", snapshot.scanDate) ||
+        !readMember(root, "scanDate", snapshot.scanDate) ||
         !readMember(root, "foundTotalBytes", snapshot.foundTotalBytes) ||
-        !readDate(root, "lastCleanupDate", snapshot.lastCleanupDate) ||
+        !readMember(root, "lastCleanupDate", snapshot.lastCleanupDate) ||
         !readMember(root, "lastCleanupFreedBytes", snapshot.lastCleanupFreedBytes) ||
         !readGroups(root, snapshot.groups) || !readFingerprints(root, snapshot.probeFingerprints))
         return std::nullopt;
