@@ -36,7 +36,7 @@ class Closing(unittest.TestCase):
         screens.make_sample_home(self.session)
         self.state = self.session.home / ".stand-ins/docker.json"
 
-    def begin(self):
+    def begin(self, before_confirming=lambda: None):
         """The list with the image on it, the image selected and its deletion confirmed."""
         folder = self.session.home / ".local/share/Vesko"
         folder.mkdir(parents=True)
@@ -47,6 +47,8 @@ class Closing(unittest.TestCase):
         screen.toggle(lambda: screen.box_of_group(title))
         screen.ask_to_delete()
         screen.type_word(screen.confirm_word())
+        before_confirming()
+        self.calls_before = len(self.calls())
         screen.confirm_button().press()
         return screen
 
@@ -55,10 +57,11 @@ class Closing(unittest.TestCase):
         return [json.loads(line) for line in log.read_text().splitlines()] if log.exists() else []
 
     def testTheProcessEndsWithinTwoSecondsWhileAToolHangs(self):
-        state = json.loads(self.state.read_text())
-        self.state.write_text(json.dumps({**state, "delay": 30}))
-        screen = self.begin()
-        driver.until(lambda: ["docker", "info"] in self.calls(), 30, "the tool to be asked")
+        def hang():
+            self.state.write_text(json.dumps({**json.loads(self.state.read_text()), "delay": 30}))
+
+        screen = self.begin(before_confirming=hang)
+        driver.until(lambda: len(self.calls()) > self.calls_before, 30, "the tool to be asked")
         # The window answers while the tool hangs.
         screen.program.find("page tab", screen.texts.of("sidebar.home")).press()
         driver.until(lambda: screen.program.find("page tab", screen.texts.of("sidebar.home")).has_state("SELECTED"), 2,

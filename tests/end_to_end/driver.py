@@ -61,6 +61,10 @@ class Session:
         return child
 
     def _start_display(self):
+        # A server that is just ending may take the new one's socket with it where both had the same number.
+        until(self._display_answers, 20, "a display")
+
+    def _display_answers(self):
         reading, writing = os.pipe()
         self._start(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24", "-nolisten", "tcp"],
                     pass_fds=[writing], stdout=self._log)
@@ -70,6 +74,7 @@ class Session:
         if not number:
             raise RuntimeError("Xvfb did not start")
         os.environ["DISPLAY"] = f":{number}"
+        return subprocess.run(["xdotool", "getdisplaygeometry"], capture_output=True, check=False).returncode == 0
 
     def _start_bus(self):
         os.environ["XDG_RUNTIME_DIR"] = str(self._runtime)

@@ -6,13 +6,11 @@ root (as in a container), the test is copied with the program into a folder of i
 import os
 import pathlib
 import shutil
-import subprocess
 import sys
 import tempfile
 
 NOBODY = 65534
 STAGE = "VESKO_STAGE"
-HANGS = "VESKO_TOOL_HANGS"
 
 
 def program(name="vesko"):
@@ -35,35 +33,6 @@ def enter(stand_ins=False):
     if os.getuid() == 0:
         _copy_for_nobody()
     return stand_ins and os.path.exists("/usr/bin/xcrun")
-
-
-def enter_with_a_tool_that_hangs(tool):
-    """Start this test again in its stage, in a mount namespace of its own in which `tool` answers nothing for ten
-    seconds and then fails; asked_of_the_tool() tells what it was asked for. Returns whether it does; a machine may
-    refuse."""
-    if HANGS not in os.environ:
-        script = folder() / "hanging"
-        script.write_text(f'#!/bin/sh\necho "$*" >> "{folder()}/asked"\nsleep 10\nexit 1\n')
-        script.chmod(0o755)
-        lay = 'mount --bind "$1" "$2" && shift 2 && exec "$@"'
-        prefix = [shutil.which("unshare") or "unshare", "--mount", "sh", "-c", lay, "sh", str(script), tool]
-        if os.getuid() != 0:
-            # Inside, one is root to be allowed to mount; a second namespace turns one back into oneself.
-            prefix[2:2] = ["--map-root-user"]
-            prefix += [prefix[0], "--user", f"--map-user={os.getuid()}", f"--map-group={os.getgid()}"]
-        can = subprocess.run([*prefix, "true"], stderr=subprocess.DEVNULL, check=False).returncode == 0
-        os.environ[HANGS] = "yes" if can else "no"
-        if can:
-            _start_again(prefix)
-    if os.getuid() == 0:
-        _copy_for_nobody()
-    return os.environ[HANGS] == "yes"
-
-
-def asked_of_the_tool():
-    """The arguments of each call of the tool that hangs."""
-    log = folder() / "asked"
-    return log.read_text().splitlines() if log.exists() else []
 
 
 def clean():
