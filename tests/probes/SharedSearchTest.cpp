@@ -60,10 +60,11 @@ protected:
     /// folders.
     std::int64_t searchedFolders() const {
         std::int64_t count = 1;
-        std::filesystem::recursive_directory_iterator walk(tree.root().path());
-        for (const auto& entry : walk) {
-            if (!entry.is_directory()) continue;
-            const std::string name = entry.path().filename();
+        // A range-based loop steps a copy, on which a call on the original may have no effect.
+        for (std::filesystem::recursive_directory_iterator walk(tree.root().path()), end; walk != end;
+             ++walk) {
+            if (!walk->is_directory()) continue;
+            const std::string name = walk->path().filename();
             const bool enters = !name.starts_with('.') && name != "node_modules" && name != "Pods";
             if (!enters) walk.disable_recursion_pending();
             count += enters;
