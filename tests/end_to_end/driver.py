@@ -62,9 +62,10 @@ class Session:
 
     def _start_display(self):
         # Numbers that servers choose by themselves collide where several start at once. A process has its own.
+        # Without -noreset a server begins anew, deaf meanwhile, whenever its last client goes.
         reading, writing = os.pipe()
         self._start(["Xvfb", f":{100 + os.getpid() % 59_000}", "-displayfd", str(writing), "-screen", "0", "1280x900x24",
-                     "-nolisten", "tcp"], pass_fds=[writing], stdout=self._log)
+                     "-noreset", "-nolisten", "tcp"], pass_fds=[writing], stdout=self._log)
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()
