@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <string>
 #include <time.h>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -94,19 +93,9 @@ double growth(const std::vector<CleanupGroup>& groups, const std::vector<Cleanup
     return median(ratios);
 }
 
-constexpr const char* settled = "VESKO_BENCH_SETTLED";
-
 } // namespace
 
-int main(int, char** arguments) {
-    // Memory that is given back stays with the process: of ten small evaluations nine would find the pages of
-    // the one before, while the large one would have to ask the system for its own.
-    if (::setenv("GLIBC_TUNABLES",
-                 "glibc.malloc.trim_threshold=1073741824:glibc.malloc.mmap_threshold=1073741824", 0) == 0 &&
-        !std::getenv(settled)) {
-        ::setenv(settled, "1", 1);
-        ::execv(arguments[0], arguments);
-    }
+int main() {
     constexpr double limit = 13;
     bool holds = true;
     std::vector<CleanupGroup> before = sample(1'000);
