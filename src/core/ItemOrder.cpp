@@ -13,10 +13,19 @@ void sortLargestFirst(std::vector<ScannableItem>& items) {
     std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
         return a.first != b.first ? a.first > b.first : a.second < b.second;
     });
-    std::vector<ScannableItem> sorted;
-    sorted.reserve(items.size());
-    for (const auto& [size, place] : order) sorted.push_back(std::move(items[place]));
-    items = std::move(sorted);
+    // Along each ring of places that exchange their items; second becomes the place itself once it is filled.
+    for (std::size_t first = 0; first < order.size(); ++first) {
+        if (order[first].second == first) continue;
+        ScannableItem held = std::move(items[first]);
+        std::size_t place = first;
+        for (std::size_t next = order[place].second; next != first; next = order[place].second) {
+            items[place] = std::move(items[next]);
+            order[place].second = place;
+            place = next;
+        }
+        items[place] = std::move(held);
+        order[place].second = place;
+    }
 }
 
 } // namespace vesko

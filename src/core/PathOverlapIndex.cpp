@@ -1,7 +1,6 @@
 #include "core/PathOverlapIndex.h"
 
 #include "base/ProgrammingError.h"
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <utility>
@@ -24,15 +23,12 @@ constexpr std::size_t longestPath = (1U << 30) - 1;
 /// takes, few enough that none is pushed out of the nearest cache meanwhile.
 constexpr std::size_t pathsAhead = 16;
 constexpr std::size_t usualParts = 16;
-constexpr std::size_t usualPathLength = 64;
 
 } // namespace
 
 /// Two beginnings a path: most lie beside each other in few folders.
 PathOverlapIndex::PathOverlapIndex(std::size_t expectedPaths)
-    : places_(std::bit_ceil(expectedPaths * 2 + 64)) {
-    texts_.reserve(expectedPaths * usualPathLength);
-}
+    : places_(std::bit_ceil(expectedPaths * 2 + 64)) {}
 
 template <class Use>
 void PathOverlapIndex::lookAhead(const std::vector<std::string_view>& paths, Use use) const {
@@ -61,24 +57,18 @@ void PathOverlapIndex::hashAndFetch(std::string_view path, Hashes& hashes) const
 }
 
 void PathOverlapIndex::insert(const std::vector<std::string_view>& paths) {
-    std::size_t bytes = texts_.size();
-    for (const std::string_view path : paths) {
+    for (const std::string_view path : paths)
         if (path.size() > longestPath) programmingError("a path of a gigabyte");
-        bytes += path.size();
-    }
-    if (bytes > texts_.capacity()) texts_.reserve(std::max(bytes, 2 * texts_.capacity()));
     lookAhead(paths, [&](std::string_view path, const Hashes& hashes) { insertHashed(path, hashes); });
 }
 
 void PathOverlapIndex::insertHashed(std::string_view path, const Hashes& hashes) {
     isEmpty_ = false;
-    const std::size_t offset = texts_.size();
-    texts_ += path;
     for (const auto [hash, length] : hashes) {
         Beginning& place = places_[placeOf(hash, path.substr(0, length))];
         if (length == path.size()) place.isMember = 1;
         if (place.isTaken) continue;
-        place.offset = offset;
+        place.text = path.data();
         place.hash = hash;
         place.length = length & longestPath;
         place.isTaken = 1;

@@ -1,7 +1,6 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,6 +9,8 @@ namespace vesko {
 /// A set of paths that answers quickly how another path lies to them. The answers are those of comparing with
 /// every member: exact bytes, case matters, a part of a name is no match. Paths are given in their cleaned
 /// form. Filling it and asking cost the length of the path alone. Asking is safe from any thread.
+///
+/// The index refers to its members' bytes and copies none: they stay where they are as long as it is used.
 class PathOverlapIndex {
 public:
     /// Room for so many paths; more may come.
@@ -33,7 +34,7 @@ private:
     /// place, so that a look along a path can stop at the first one that has none. Small, since looking up
     /// scattered places is what takes the time.
     struct Beginning {
-        std::size_t offset = 0; ///< where in texts_ a path begins with it
+        const char* text = nullptr; ///< a path that begins with it
         std::uint32_t hash = 0;
         std::uint32_t length : 30 = 0;
         std::uint32_t isTaken : 1 = 0;
@@ -53,13 +54,10 @@ private:
     void insertHashed(std::string_view path, const Hashes& hashes);
     Relation relationOf(std::string_view path) const;
     Relation relationOf(std::string_view path, const Hashes& hashes) const;
-    std::string_view textOf(const Beginning& beginning) const {
-        return std::string_view(texts_).substr(beginning.offset, beginning.length);
-    }
+    static std::string_view textOf(const Beginning& beginning) { return {beginning.text, beginning.length}; }
     std::size_t placeOf(std::uint32_t hash, std::string_view text) const;
     void grow();
 
-    std::string texts_;             ///< the members' paths, one after the other
     std::vector<Beginning> places_; ///< open addressing; its size is a power of two
     std::size_t taken_ = 0;
     bool isEmpty_ = true;

@@ -40,25 +40,31 @@ bool isStandardized(std::string_view path) {
     return true;
 }
 
-/// Calls for what the items a little behind this one will be looked at for: first for the place that says
-/// where a path's bytes are, then for the bytes.
+/// Calls for what the items a little behind this one will be looked at for, each a step after the one that
+/// leads to it: the item, the place that says where its path's bytes are, the bytes.
 void fetchAhead(const ItemList& items, std::size_t index) {
+    constexpr std::size_t farthest = 48;
     constexpr std::size_t far = 24;
     constexpr std::size_t near = 8;
+    if (index + farthest < items.size()) __builtin_prefetch(&items[index + farthest]);
     if (index + far < items.size()) __builtin_prefetch(&items[index + far].url.path());
-    if (index + near < items.size()) __builtin_prefetch(items[index + near].url.path().data());
+    if (index + near >= items.size()) return;
+    const std::string& path = items[index + near].url.path();
+    __builtin_prefetch(path.data());
+    __builtin_prefetch(path.data() + path.size());
 }
+
+/// Paths in their cleaned form where an item's own is none. What was added stays where it is.
+using CleanedPaths = std::deque<std::string>;
 
 /// Hands the items' paths in their cleaned form to `use(first, paths)`, `first` being the place of the first
 /// of them. A few at a time, so that their bytes are still near when they are looked at again; a copy is made
-/// only of one that is not clean already.
-template <class Use> void withStandardizedPaths(const ItemList& items, Use use) {
+/// only of one that is not clean already, in `cleaned`.
+template <class Use> void withStandardizedPaths(const ItemList& items, CleanedPaths& cleaned, Use use) {
     constexpr std::size_t few = 256;
     std::vector<std::string_view> paths;
-    std::deque<std::string> cleaned;
     for (std::size_t first = 0; first < items.size(); first += paths.size()) {
         paths.clear();
-        cleaned.clear();
         for (std::size_t index = first; index < std::min(first + few, items.size()); ++index) {
             fetchAhead(items, index);
             const std::string& path = items[index].url.path();
@@ -68,16 +74,22 @@ template <class Use> void withStandardizedPaths(const ItemList& items, Use use) 
     }
 }
 
-PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
+/// The paths of all items that are no discoveries. Good as long as the groups' items live.
+struct CoveredPaths {
+    CleanedPaths cleaned;
+    PathOverlapIndex index;
+};
+
+CoveredPaths coveredPaths(const std::vector<CleanupGroup>& groups) {
     std::size_t count = 0;
     for (const CleanupGroup& group : groups)
         if (!isDiscovery(group)) count += group.items.size();
-    PathOverlapIndex covered(count);
+    CoveredPaths covered{{}, PathOverlapIndex(count)};
     for (const CleanupGroup& group : groups) {
         if (isDiscovery(group)) continue;
-        withStandardizedPaths(group.items, [&](std::size_t, const std::vector<std::string_view>& paths) {
-            covered.insert(paths);
-        });
+        withStandardizedPaths(
+            group.items, covered.cleaned,
+            [&](std::size_t, const std::vector<std::string_view>& paths) { covered.index.insert(paths); });
     }
     return covered;
 }
@@ -86,8 +98,12 @@ PathOverlapIndex coveredPaths(const std::vector<CleanupGroup>& groups) {
 std::vector<ScannableItem> uncovered(const ItemList& items, const PathOverlapIndex& covered) {
     std::vector<ScannableItem> kept;
     kept.reserve(items.size());
-    withStandardizedPaths(items, [&](std::size_t first, const std::vector<std::string_view>& paths) {
+    CleanedPaths cleaned;
+    withStandardizedPaths(items, cleaned, [&](std::size_t first, const std::vector<std::string_view>& paths) {
         const std::vector<bool> isCovered = covered.overlaps(paths);
+        // What a copy waits for longest is the key's text; here they are called for all together.
+        for (std::size_t index = 0; index < paths.size(); ++index)
+            if (!isCovered[index]) __builtin_prefetch(items[first + index].enrichmentKey.rawValue.data());
         for (std::size_t index = 0; index < paths.size(); ++index)
             if (!isCovered[index]) kept.push_back(items[first + index]);
     });
@@ -161,8 +177,8 @@ ScanReport SignificanceEngine::evaluate(std::vector<CleanupGroup> groups, std::v
 }
 
 std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> groups) {
-    const PathOverlapIndex covered = coveredPaths(groups);
-    if (covered.empty()) return groups;
+    const CoveredPaths covered = coveredPaths(groups);
+    if (covered.index.empty()) return groups;
     std::vector<CleanupGroup> result;
     result.reserve(groups.size());
     for (CleanupGroup& group : groups) {
@@ -170,7 +186,7 @@ std::vector<CleanupGroup> removeCoveredDiscoveries(std::vector<CleanupGroup> gro
             result.push_back(std::move(group));
             continue;
         }
-        std::vector<ScannableItem> kept = uncovered(group.items, covered);
+        std::vector<ScannableItem> kept = uncovered(group.items, covered.index);
         if (kept.empty()) continue;
         if (kept.size() == group.items.size()) {
             result.push_back(std::move(group));

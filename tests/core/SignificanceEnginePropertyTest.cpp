@@ -17,6 +17,7 @@ bool isCovered(const std::string& path, const std::vector<std::string>& covered)
     return false;
 }
 
+/// Refers to the members.
 PathOverlapIndex indexOf(const std::vector<std::string>& members) {
     PathOverlapIndex index;
     for (const std::string& member : members) index.insert(member);
@@ -98,11 +99,11 @@ RC_GTEST_PROP(SignificanceEngineProperties, AReportHoldsNoEmptyGroupAndIsSorted,
 }
 
 TEST(PathOverlapIndex, GrowsWithItsMembers) {
-    PathOverlapIndex index;
+    std::vector<std::string> members;
     for (int i = 0; i < 20'000; ++i)
-        index.insert("/root/" + std::to_string(i % 150) + "/" + std::to_string(i));
-    for (int i = 0; i < 20'000; ++i) {
-        const std::string member = "/root/" + std::to_string(i % 150) + "/" + std::to_string(i);
+        members.push_back("/root/" + std::to_string(i % 150) + "/" + std::to_string(i));
+    const PathOverlapIndex index = indexOf(members);
+    for (const std::string& member : members) {
         ASSERT_TRUE(index.holds(member));
         ASSERT_TRUE(index.holds(member + "/inside"));
         ASSERT_FALSE(index.overlaps(member + "x"));
@@ -148,13 +149,15 @@ TEST(SignificanceEngine, LongListsLoseWhatIsCoveredAsShortOnesDo) {
 }
 
 TEST(PathOverlapIndex, TheEmptyPathCoversEveryAbsoluteOne) {
-    const PathOverlapIndex index = indexOf({""});
+    const std::vector<std::string> members{""};
+    const PathOverlapIndex index = indexOf(members);
     EXPECT_TRUE(index.overlaps("/a"));
     EXPECT_FALSE(index.overlaps("a"));
 }
 
 TEST(PathOverlapIndex, TheRootCoversOnlyItself) {
-    const PathOverlapIndex index = indexOf({"/"});
+    const std::vector<std::string> members{"/"};
+    const PathOverlapIndex index = indexOf(members);
     EXPECT_TRUE(index.overlaps("/"));
     EXPECT_FALSE(index.overlaps("/a"));
 }
