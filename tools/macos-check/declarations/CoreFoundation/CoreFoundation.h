@@ -39,8 +39,13 @@ CFTypeRef CFRetain(CFTypeRef cf);
 CFTypeID CFGetTypeID(CFTypeRef cf);
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes,
                                     CFStringEncoding enc, Boolean isExternal);
+CFTypeID CFStringGetTypeID(void);
+CFIndex CFStringGetMaximumSizeOfFileSystemRepresentation(CFStringRef string);
 Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex maxBufLen);
 CFArrayRef CFArrayCreate(CFAllocatorRef alloc, const void** values, CFIndex n, const CFArrayCallBacks* cb);
+CFTypeID CFArrayGetTypeID(void);
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const UInt8* buffer, CFIndex n,
                                                  Boolean isDirectory);
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* valueOut, CFErrorRef* error);

@@ -29,12 +29,15 @@ enum {
     kFSEventStreamEventFlagUnmount = 128
 };
 #define kFSEventStreamEventIdSinceNow ((FSEventStreamEventId)0xFFFFFFFFFFFFFFFFULL)
-typedef struct {
+typedef const void* (*CFAllocatorRetainCallBack)(const void* info);
+typedef void (*CFAllocatorReleaseCallBack)(const void* info);
+typedef CFStringRef (*CFAllocatorCopyDescriptionCallBack)(const void* info);
+typedef struct FSEventStreamContext {
     CFIndex version;
     void* info;
-    const void* retain;
-    const void* release;
-    const void* copyDescription;
+    CFAllocatorRetainCallBack retain;
+    CFAllocatorReleaseCallBack release;
+    CFAllocatorCopyDescriptionCallBack copyDescription;
 } FSEventStreamContext;
 typedef void (*FSEventStreamCallback)(ConstFSEventStreamRef, void* info, size_t n, void* paths,
                                       const FSEventStreamEventFlags* flags, const FSEventStreamEventId* ids);

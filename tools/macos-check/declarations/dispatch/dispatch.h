@@ -1,6 +1,7 @@
 // Declarations of our own, after Apple's public documentation: just the calls that the adapters use. Only for
 // the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
+#include <stddef.h>
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -11,7 +12,14 @@ typedef id<OS_dispatch_queue> dispatch_queue_t;
 typedef struct dispatch_queue_s* dispatch_queue_t;
 #endif
 typedef void (*dispatch_function_t)(void*);
-dispatch_queue_t dispatch_queue_create(const char* label, void* attr);
+typedef struct dispatch_queue_attr_s* dispatch_queue_attr_t;
+#define DISPATCH_QUEUE_SERIAL NULL
+typedef unsigned int dispatch_qos_class_t;
+enum { QOS_CLASS_UTILITY = 0x11 };
+dispatch_queue_attr_t dispatch_queue_attr_make_with_qos_class(dispatch_queue_attr_t attr,
+                                                              dispatch_qos_class_t qosClass,
+                                                              int relativePriority);
+dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t attr);
 dispatch_queue_t dispatch_get_main_queue(void);
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
 void dispatch_sync_f(dispatch_queue_t queue, void* context, dispatch_function_t work);
