@@ -5,7 +5,12 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <mutex>
+#include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -108,6 +113,104 @@ TEST(WorkerPool, OneIdleWorkerIsNotCountedOnByTwoCalls) {
         door.open();
         ASSERT_TRUE(eventually([&] { return ended == std::min(calls, 30); }));
     }
+}
+
+// Calls that come to a door and note who runs them. Held by each of them, so that one that runs too late to
+// be waited for still has it.
+struct Visits {
+    Door door;
+    std::mutex mutex;
+    std::set<std::thread::id> visitors;
+    std::atomic<int> ended{0};
+};
+
+// Posts that many calls at once; true when all of them ran at the same time, each on a worker of its own, and
+// have ended. The workers wait then, or are about to.
+bool allRunAtOnce(WorkerPool& pool, int calls) {
+    const auto visits = std::make_shared<Visits>();
+    for (int i = 0; i < calls; ++i) {
+        pool.post([visits] {
+            {
+                std::lock_guard lock(visits->mutex);
+                visits->visitors.insert(std::this_thread::get_id());
+            }
+            visits->door.pass();
+            ++visits->ended;
+        });
+    }
+    const bool areThere = visits->door.awaitWaiting(calls);
+    visits->door.open();
+    return areThere && eventually([&] { return visits->ended == calls; }) &&
+           visits->visitors.size() == static_cast<std::size_t>(calls);
+}
+
+bool runs(WorkerPool& pool) {
+    const auto ran = std::make_shared<std::atomic<bool>>(false);
+    pool.post([ran] { *ran = true; });
+    return eventually([&] { return ran->load(); });
+}
+
+// No worker of these wakes by itself, so what nobody is woken for never runs.
+constexpr int waiting = 16;
+constexpr WorkerPoolLimits untilWoken{.prompt = waiting, .most = waiting, .idle = 1h};
+
+TEST(WorkerPool, EveryPostWakesAWorkerThatWaits) {
+    WorkerPool pool(untilWoken);
+    ASSERT_TRUE(allRunAtOnce(pool, waiting));
+    for (int i = 0; i < 200; ++i) ASSERT_TRUE(runs(pool)) << i;
+    EXPECT_EQ(pool.threads(), static_cast<std::size_t>(waiting));
+}
+
+TEST(WorkerPool, AsManyPostsAsWorkersWaitRunAtOnceEachOnItsOwn) {
+    WorkerPool pool(untilWoken);
+    for (int round = 0; round < 100; ++round) ASSERT_TRUE(allRunAtOnce(pool, waiting)) << round;
+    EXPECT_EQ(pool.threads(), static_cast<std::size_t>(waiting));
+}
+
+// What Linux tells of the threads of this process, each a folder (proc(5)).
+std::set<std::string> threadFolders() {
+    std::set<std::string> folders;
+    for (const auto& each : std::filesystem::directory_iterator("/proc/self/task"))
+        folders.insert(each.path());
+    return folders;
+}
+
+std::string toldOf(const std::string& threadFolder, const std::string& name) {
+    std::ifstream lines(threadFolder + "/status");
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(name + ":\t")) return line.substr(name.size() + 2);
+    return "";
+}
+
+// How often these threads have gone to sleep.
+long sleeps(const std::set<std::string>& threads) {
+    long sum = 0;
+    for (const std::string& each : threads) sum += std::stol(toldOf(each, "voluntary_ctxt_switches"));
+    return sum;
+}
+
+TEST(WorkerPool, APostLetsTheOtherWorkersSleep) {
+    if (!std::filesystem::exists("/proc/self/task"))
+        GTEST_SKIP() << "no word here on how often a thread slept";
+    const std::set<std::string> others = threadFolders();
+    WorkerPool pool(untilWoken);
+    ASSERT_TRUE(allRunAtOnce(pool, waiting));
+    std::set<std::string> workers = threadFolders();
+    std::erase_if(workers, [&](const std::string& each) { return others.contains(each); });
+    ASSERT_EQ(workers.size(), static_cast<std::size_t>(waiting));
+    const auto areAsleep = [&] {
+        return std::ranges::all_of(workers,
+                                   [](const auto& each) { return toldOf(each, "State").starts_with('S'); });
+    };
+    ASSERT_TRUE(eventually(areAsleep));
+    const long before = sleeps(workers);
+    constexpr int posts = 200;
+    for (int i = 0; i < posts; ++i) ASSERT_TRUE(runs(pool)) << i;
+    ASSERT_TRUE(eventually(areAsleep));
+    const long slept = sleeps(workers) - before;
+    EXPECT_GE(slept, posts / 2);
+    // One sleep a post, and some for the lock; all workers together would sleep sixteen times a post.
+    EXPECT_LE(slept, posts * 5);
 }
 
 TEST(WorkerPool, ItsDestructionRunsWhatWasPosted) {
