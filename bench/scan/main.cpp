@@ -4,9 +4,9 @@
 // folders are read. Fails when the scan misses its goals.
 #include "base/ChildProcess.h"
 #include "core/MeasuredTrees.h"
-#include "platform/posix/AllocationSum.h"
 #include "platform/posix/TreeWalker.h"
 #include "scan/SampleHome.h"
+#include "walk/BareWalk.h"
 #include "walk/Contender.h"
 #include <atomic>
 #include <cstdio>
@@ -27,38 +27,16 @@ constexpr double goalReadings = 1.1;
 constexpr double goalMiB = 96;
 constexpr double goalRecordMiB = 32;
 
-class Sum final : public TreeVisitor {
+class Count final : public TreeVisitor {
 public:
-    Next visit(const TreeEntry& entry, unsigned worker) override {
-        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
+    Next visit(const TreeEntry& entry, unsigned) override {
         if (entry.status.kind == EntryKind::folder) ++folders;
         ++entries;
         return Next::enter;
     }
-    AllocationSum sum;
     std::atomic<long> folders{0};
     std::atomic<long> entries{0};
 };
-
-class Bare final : public TreeVisitor {
-public:
-    Next visit(const TreeEntry& entry, unsigned worker) override {
-        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
-        return Next::enter;
-    }
-    AllocationSum sum;
-};
-
-bool walk(const std::string& root, TreeVisitor& visitor) {
-    TreeWalkOptions options;
-    options.threads = threads;
-    return walkTree(FileURL(root), visitor, options) == WalkOutcome::finished;
-}
-
-int walkBare(const std::string& root) {
-    Bare visitor;
-    return walk(root, visitor) && visitor.sum.total() > 0 ? 0 : 1;
-}
 
 /// The whole home in one reading that keeps every folder's sum.
 int walkRecording(const std::string& root) {
@@ -82,26 +60,20 @@ int main(int count, char** words) {
     const unsigned rounds = count > 3 ? static_cast<unsigned>(std::strtoul(words[3], nullptr, 10)) : 5;
     const std::string home = sampleHome(folder, entries);
 
-    Sum all;
-    if (!walk(home, all)) return 1;
+    Count all;
+    if (walkTree(FileURL(home), all) != WalkOutcome::finished) return 1;
     const nlohmann::json statistics = statisticsOf(home);
     if (statistics.is_null()) return 1;
     std::printf("%ld entries, %ld folders\n%s\n", all.entries.load(), all.folders.load(),
                 statistics.dump().c_str());
 
     const std::vector<Contender> contenders{
-        {"walk, 2 threads", [&] { return walkBare(home); }},
+        {"walk, 2 threads", [&] { return walkBare(FileURL(home), threads).value_or(0) > 0 ? 0 : 1; }},
         program("scan", {VESKO_SCAN, "--home", home}),
         {"recording walk", [&] { return walkRecording(home); }},
     };
     const auto runs = runInTurn(contenders, rounds);
-    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
-    bool allRan = true;
-    for (std::size_t i = 0; i < contenders.size(); ++i) {
-        std::printf("%-18s %10.3f %10.3f %10.3f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
-                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
-        for (const Run& run : runs[i]) allRan = allRan && run.succeeded;
-    }
+    const bool allRan = printRuns(contenders, runs);
     const auto folders = static_cast<double>(all.folders.load());
     const double toWalk = bestSeconds(runs[1]) / bestSeconds(runs[0]);
     const double searched = statistics["searching"]["foldersOpened"].get<double>() / folders;
@@ -114,7 +86,6 @@ int main(int count, char** words) {
     std::printf("peak memory                            %.1f MiB (goal %.0f)\n", peakMiB(runs[1]), goalMiB);
     std::printf("recording walk / bare walk             %.3f, %.1f MiB (goal %.0f)\n",
                 bestSeconds(runs[2]) / bestSeconds(runs[0]), peakMiB(runs[2]), goalRecordMiB);
-    if (!allRan) std::puts("a contender failed");
     const bool isWithinGoals = toWalk <= goalToWalk && searched <= goalReadings && measured <= goalReadings &&
                                peakMiB(runs[1]) <= goalMiB && peakMiB(runs[2]) <= goalRecordMiB;
     return allRan && isWithinGoals ? 0 : 1;

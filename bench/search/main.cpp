@@ -53,18 +53,11 @@ int main(int count, char** words) {
 
     const std::vector<Contender> contenders{program("vesko-mdfind", ours), program("find", find)};
     const auto runs = runInTurn(contenders, rounds);
-    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
-    bool allRan = true;
-    for (std::size_t i = 0; i < contenders.size(); ++i) {
-        std::printf("%-18s %10.4f %10.4f %10.4f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
-                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
-        for (const Run& run : runs[i]) allRan = allRan && run.succeeded;
-    }
+    const bool allRan = printRuns(contenders, runs);
     const double toFind = bestSeconds(runs[0]) / bestSeconds(runs[1]);
     std::printf("vesko-mdfind / find %.3f (goal %.1f), by the medians %.3f, in processor time %.3f\n", toFind,
                 goalToFind, medianSeconds(runs[0]) / medianSeconds(runs[1]),
                 bestCpuSeconds(runs[0]) / bestCpuSeconds(runs[1]));
     std::printf("peak memory         %.1f MiB (goal %.0f)\n", peakMiB(runs[0]), goalMiB);
-    if (!allRan) std::puts("a contender failed");
     return agrees && allRan && toFind <= goalToFind && peakMiB(runs[0]) <= goalMiB ? 0 : 1;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -56,6 +57,18 @@ std::vector<std::vector<Run>> runInTurn(const std::vector<Contender>& contenders
     for (unsigned round = 0; round < rounds; ++round)
         for (std::size_t i = 0; i < contenders.size(); ++i) runs[i].push_back(runOnce(contenders[i]));
     return runs;
+}
+
+bool printRuns(const std::vector<Contender>& contenders, const std::vector<std::vector<Run>>& runs) {
+    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
+    bool allRan = true;
+    for (std::size_t i = 0; i < contenders.size(); ++i) {
+        std::printf("%-18s %10.4f %10.4f %10.4f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
+                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
+        allRan = allRan && std::ranges::all_of(runs[i], &Run::succeeded);
+    }
+    if (!allRan) std::puts("a contender failed");
+    return allRan;
 }
 
 double bestSeconds(const std::vector<Run>& runs) { return std::ranges::min(runs, {}, &Run::seconds).seconds; }

