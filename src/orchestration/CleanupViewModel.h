@@ -5,6 +5,7 @@
 #include "concurrency/Spawn.h"
 #include "concurrency/Task.h"
 #include "core/DiskVolume.h"
+#include "core/MeasuringRuns.h"
 #include "core/ProbeFingerprint.h"
 #include "core/ScanCacheStore.h"
 #include "core/ScanEngine.h"
@@ -48,6 +49,8 @@ struct CleanupViewModelParts {
     std::function<bool()> isReviewAvailable = [] { return false; };
     std::shared_ptr<const CleanupExecuting> executor;      ///< a seam: kept, not consulted by the deletion
     std::function<ScanEngine(ScanMode)> scanEngineFactory; ///< empty in the shipped program
+    /// Where scans meet others that measure at the same time.
+    std::shared_ptr<const MeasuringRuns> measuringRuns = std::make_shared<const MeasuringRuns>();
     const DateSource* dates = &systemDates();
 };
 

@@ -1,4 +1,5 @@
 #include "core/BoundedSizeCalculator.h"
+#include "core/MeasuredTrees.h"
 #include "core/ProbeCatalog.h"
 #include "core/SharedSizeCalculator.h"
 #include "orchestration/CleanupViewModel.h"
@@ -117,7 +118,7 @@ ScanEngine CleanupViewModel::makeEngine(ScanMode mode) const {
     ScanEngine engine;
     engine.probes = probeCatalog();
     engine.size = std::make_shared<BoundedSizeCalculator>(
-        std::make_shared<SharedSizeCalculator>(),
+        std::make_shared<SharedSizeCalculator>(parts_.measuringRuns->begin()),
         std::make_shared<SizingConcurrencyLimiter>(measurementsAtOnce));
     engine.maxConcurrency = probesAtOnce;
     engine.demotedPaths.emplace();

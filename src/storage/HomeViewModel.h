@@ -79,16 +79,18 @@ public:
     std::int64_t usedBytes() const;
 
 private:
+    using Sizer = StorageInventoryService::Sizer;
+
     Task<void> loadInventory(std::shared_ptr<const CleanupViewModel> cleanup);
-    Task<void> measureFirst(std::optional<ConsultantBreakdown> insights);
+    Task<void> measureFirst(std::optional<ConsultantBreakdown> insights, Sizer sizer);
     void takeFinished(Buckets measured, std::int64_t used,
                       const std::optional<ConsultantBreakdown>& insights);
     Task<void> openWatcher();
     Task<void> readVolume();
     Task<void> recomputeInsights();
-    Task<void> reindex(IDs ids);
+    Task<void> reindex(IDs ids, Sizer sizer);
     void scheduleDebouncedReindex();
-    void scheduleFullReindex();
+    void scheduleFullReindex(Sizer sizer);
     Task<void> save(StorageInventorySnapshot snapshot);
 
     bool isCacheFresh() const;

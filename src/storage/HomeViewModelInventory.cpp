@@ -25,6 +25,8 @@ Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> 
     // How long the cache counts as fresh depends on whether a watcher stands.
     const TaskHandle<void> watching = watchTask_;
     if (watching) co_await watching.value();
+    // Figures as old as this will do; a scan that begins now shares its readings.
+    const Sizer sizer = StorageInventoryService::sizerForOneRun(parts_.inventorySizer);
     co_await readVolume();
     if (task.stop.stopRequested()) co_return;
     const std::int64_t used = usedBytes();
@@ -33,7 +35,7 @@ Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> 
     if (task.stop.stopRequested()) co_return;
     lastCleanupInsights_ = std::move(insights);
     if (!cachedMeasurable_) {
-        co_await measureFirst(lastCleanupInsights_);
+        co_await measureFirst(lastCleanupInsights_, sizer);
         co_return;
     }
     publish(*cachedMeasurable_, used, lastCleanupInsights_);
@@ -42,11 +44,11 @@ Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> 
     if (isCacheFresh())
         pendingBucketIDs = IDs();
     else
-        scheduleFullReindex();
+        scheduleFullReindex(sizer);
 }
 
 /// Placeholders first, which fill bucket by bucket.
-Task<void> HomeViewModel::measureFirst(std::optional<ConsultantBreakdown> insights) {
+Task<void> HomeViewModel::measureFirst(std::optional<ConsultantBreakdown> insights, Sizer sizer) {
     const TaskContext task = co_await currentContext();
     isLoadingInventory = true;
     const std::int64_t used = usedBytes();
@@ -55,7 +57,7 @@ Task<void> HomeViewModel::measureFirst(std::optional<ConsultantBreakdown> insigh
     pendingBucketIDs = IDs(ids.begin(), ids.end());
     publish(working, used, insights);
     AsyncStream<StorageInventoryUpdate> stream =
-        StorageInventoryService::measureStream(parts_.tasks, parts_.home, parts_.inventorySizer, used);
+        StorageInventoryService::measureStream(parts_.tasks, parts_.home, sizer, used);
     for (;;) {
         std::optional<StorageInventoryUpdate> update = co_await stream.next();
         if (!update || task.stop.stopRequested()) co_return;
@@ -84,7 +86,7 @@ void HomeViewModel::takeFinished(Buckets measured, std::int64_t used,
     validateSelection(measured);
 }
 
-void HomeViewModel::scheduleFullReindex() {
+void HomeViewModel::scheduleFullReindex(Sizer sizer) {
     IDs ids = std::exchange(dirtyBucketIDs_, IDs());
     if (ids.empty()) {
         const std::vector<std::string> all = StorageInventoryService::measurableBucketIDs();
@@ -92,15 +94,17 @@ void HomeViewModel::scheduleFullReindex() {
     }
     firstDirtyAt_.reset();
     reindexTask_.cancel();
-    reindexTask_ = spawn(parts_.tasks, [weak = weak_from_this(), ids = std::move(ids)]() -> Task<void> {
-        co_await sleepFor(fullReindexDelay);
-        const auto self = weak.lock();
-        if (self) co_await self->reindex(ids);
-    });
+    reindexTask_ =
+        spawn(parts_.tasks,
+              [weak = weak_from_this(), ids = std::move(ids), sizer = std::move(sizer)]() -> Task<void> {
+                  co_await sleepFor(fullReindexDelay);
+                  const auto self = weak.lock();
+                  if (self) co_await self->reindex(ids, sizer);
+              });
 }
 
 /// One bucket after the other, so that what the person does meanwhile stays quick.
-Task<void> HomeViewModel::reindex(IDs ids) {
+Task<void> HomeViewModel::reindex(IDs ids, Sizer sizer) {
     if (ids.empty()) co_return;
     const TaskContext task = co_await currentContext();
     IDs shown = ids;
@@ -115,8 +119,7 @@ Task<void> HomeViewModel::reindex(IDs ids) {
     for (const std::string& id : ids) {
         std::optional<StorageCategoryBucket> measured;
         if (!task.stop.stopRequested())
-            measured =
-                co_await StorageInventoryService::measureBucket(id, parts_.home, parts_.inventorySizer);
+            measured = co_await StorageInventoryService::measureBucket(id, parts_.home, sizer);
         // A bucket that was left half-way says 0, which is nothing to show.
         if (task.stop.stopRequested()) {
             setPending(shown, false);

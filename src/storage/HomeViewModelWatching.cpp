@@ -78,7 +78,7 @@ void HomeViewModel::scheduleDebouncedReindex() {
         if (!self) co_return;
         IDs taken = std::exchange(self->dirtyBucketIDs_, IDs());
         self->firstDirtyAt_.reset();
-        co_await self->reindex(std::move(taken));
+        co_await self->reindex(std::move(taken), self->parts_.inventorySizer);
     });
 }
 

@@ -55,8 +55,8 @@ Task<StorageCategoryBucket> measureOne(BucketDefinition definition, FileURL home
 class InventoryRun {
 public:
     InventoryRun(FileURL home, Sizer sizer, std::int64_t volumeUsedBytes, Events events)
-        : home_(std::move(home)), sizer_(std::move(sizer)), volumeUsedBytes_(volumeUsedBytes),
-          events_(std::move(events)) {}
+        : home_(std::move(home)), sizer_(StorageInventoryService::sizerForOneRun(std::move(sizer))),
+          volumeUsedBytes_(volumeUsedBytes), events_(std::move(events)) {}
 
     Task<void> carryOut() {
         const TaskContext task = co_await currentContext();
@@ -99,6 +99,11 @@ private:
 };
 
 } // namespace
+
+Sizer StorageInventoryService::sizerForOneRun(Sizer sizer) {
+    Sizer ofRun = sizer->forOneRun();
+    return ofRun ? ofRun : sizer;
+}
 
 const std::vector<BucketDefinition>& StorageInventoryService::definitions() {
     using Words = std::vector<std::string>;
@@ -161,7 +166,8 @@ Task<std::optional<StorageCategoryBucket>> StorageInventoryService::measureBucke
     const std::vector<BucketDefinition> measurable = measurableDefinitions();
     const auto found = std::ranges::find(measurable, id, &BucketDefinition::id);
     if (found == measurable.end()) co_return std::nullopt;
-    StorageCategoryBucket bucket = co_await measureOne(*found, std::move(home), std::move(sizer));
+    StorageCategoryBucket bucket = co_await measureOne(
+        *found, std::move(home), StorageInventoryService::sizerForOneRun(std::move(sizer)));
     co_return bucket;
 }
 

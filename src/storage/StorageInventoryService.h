@@ -35,6 +35,9 @@ public:
     };
     using Sizer = std::shared_ptr<const StoragePathSizing>;
 
+    /// For measurements that belong together, which may share what they read.
+    static Sizer sizerForOneRun(Sizer sizer);
+
     static const std::vector<BucketDefinition>& definitions();
     /// All but "system", in the table's order.
     static std::vector<std::string> measurableBucketIDs();
