@@ -2,6 +2,7 @@
 #include "app/SystemLanguage.h"
 #include "background/SilentNotificationService.h"
 #include "base/Environment.h"
+#include "core/DirectoryStoragePathSizer.h"
 #include "core/DiskVolumeService.h"
 #include "enrichment/UnavailableEnrichment.h"
 #include "enrichment/UnavailableReview.h"
@@ -10,6 +11,7 @@
 #include "platform/qt/FileManager.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemAppearance.h"
+#include "storage/HomeViewModel.h"
 #include "ui/DiskAccess.h"
 #include "ui/MainWindow.h"
 #include <QGuiApplication>
@@ -51,6 +53,17 @@ makeViewModel(const Stores& stores, std::shared_ptr<EnrichmentStore> enrichment,
     return std::make_shared<CleanupViewModel>(std::move(parts));
 }
 
+std::shared_ptr<HomeViewModel> makeHomeModel(const TaskContext& tasks) {
+    HomeViewModelParts parts;
+    parts.tasks = tasks;
+    parts.inventorySizer = std::make_shared<DirectoryStoragePathSizer>();
+    parts.store = std::make_shared<StorageInventoryStore>(StorageInventoryStore::defaultFileURL());
+    parts.volumeReader = std::make_shared<DiskVolumeService>();
+    // Nothing is watched yet: a refusal, after which the figures count as old within minutes.
+    parts.makeStream = [](const std::vector<std::string>&, double, const FileEvents&) { return nullptr; };
+    return std::make_shared<HomeViewModel>(std::move(parts));
+}
+
 /// The scan that begins by itself: over the cached list where there is one, else from nothing.
 void scanAtStart(const std::shared_ptr<CleanupViewModel>& model) {
     if (isDevelopmentHost()) return;
@@ -79,7 +92,8 @@ int run(int argc, char** argv) {
     WindowModel shell({.accessTest = hasFullDiskAccess, .openAccessSettings = openDiskAccessSettings});
     const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, life.tasks());
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
-    HomeScreen home(model, std::make_shared<DiskVolumeService>(), shell);
+    const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(life.tasks());
+    HomeScreen home(homeModel, model, shell);
     SystemAppearance appearance;
     MainWindow window(shell, cleanup, home);
 
@@ -90,13 +104,19 @@ int run(int argc, char** argv) {
     follow();
     QObject::connect(&appearance, &SystemAppearance::changed, &window.theme(), follow);
     QObject::connect(&instance, &SingleInstance::raiseRequested, &shell, &WindowModel::raiseRequested);
-    QObject::connect(&shell, &WindowModel::accessGranted, &cleanup, [&] { scanAtStart(model); });
+    QObject::connect(&shell, &WindowModel::accessGranted, &cleanup, [&] {
+        home.start();
+        scanAtStart(model);
+    });
     // What the person does not see at once waits for the first frame.
     QObject::connect(&shell, &WindowModel::framed, &cleanup, [&] {
         appearance.askPortal();
-        home.readVolume();
-        if (shell.hasFullDiskAccess()) scanAtStart(model);
+        if (!shell.hasFullDiskAccess()) return;
+        home.start();
+        scanAtStart(model);
     });
+    // Figures that were kept are there in the first frame; a first measurement waits for it.
+    if (shell.hasFullDiskAccess() && homeModel->hasCachedFigures()) home.start();
     if (!window.show()) return EXIT_FAILURE;
 
     const int status = QGuiApplication::exec();

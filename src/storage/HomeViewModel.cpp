@@ -95,6 +95,10 @@ void HomeViewModel::setPending(const IDs& ids, bool isPending) {
     pendingBucketIDs = std::move(pending);
 }
 
+void HomeViewModel::refreshVolume() {
+    spawn(parts_.tasks, [self = shared_from_this()] { return self->readVolume(); });
+}
+
 Task<void> HomeViewModel::readVolume() {
     auto reading = offload([reader = parts_.volumeReader] { return reader->readVolume(); });
     DiskVolumeInfo read = co_await reading;

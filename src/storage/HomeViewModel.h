@@ -62,6 +62,8 @@ public:
     /// Begins the load again: at the program's start, when the screen appears, when the window becomes
     /// active.
     void refresh(std::shared_ptr<const CleanupViewModel> cleanup);
+    /// Reads the volume's figures anew, and nothing else.
+    void refreshVolume();
     /// Starts the watcher unless the person switched background work off.
     void startWatching();
     /// Works the insights out anew, after the cleanup list changed.
@@ -77,6 +79,8 @@ public:
     std::vector<StorageSegment> legendSegments() const;
     /// Never below 0.
     std::int64_t usedBytes() const;
+    /// Whether the last measurement's figures are at hand, so that a load shows them at once.
+    bool hasCachedFigures() const noexcept { return cachedMeasurable_.has_value(); }
 
 private:
     using Sizer = StorageInventoryService::Sizer;

@@ -4,6 +4,7 @@
 #include "base/StringCatalog.h"
 #include "concurrency/Spawn.h"
 #include "orchestration/CleanupViewModel.h"
+#include "ui/SegmentList.h"
 #include <QClipboard>
 #include <QGuiApplication>
 
@@ -47,16 +48,7 @@ void CleanupScreen::languageChanged() {
 }
 
 void CleanupScreen::takeSegments() {
-    segments_.clear();
-    for (const StorageSegment& segment : state_.segments) {
-        segments_.append(
-            QVariantMap{{QStringLiteral("id"), QString::fromStdString(segment.id)},
-                        {QStringLiteral("title"), QString::fromStdString(segment.title)},
-                        {QStringLiteral("bytes"), static_cast<double>(segment.bytes)},
-                        {QStringLiteral("amount"), QString::fromStdString(formatBytes(segment.bytes))},
-                        {QStringLiteral("color"), static_cast<int>(segment.color)},
-                        {QStringLiteral("interactive"), segment.isInteractive}});
-    }
+    segments_ = segmentList(state_.segments);
     Q_EMIT segmentsChanged();
 }
 

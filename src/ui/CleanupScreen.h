@@ -76,7 +76,7 @@ public:
     QString heroFacts() const { return QString::fromStdString(state_.heroFacts); }
     Chip chip() const { return static_cast<Chip>(state_.chip); }
     QString chipText() const { return QString::fromStdString(state_.chipText); }
-    /// Of each: "id", "title", "bytes", "amount" (formatted), "color" (a SegmentColor), "interactive".
+    /// See segmentList().
     QVariantList segments() const { return segments_; }
     bool failed() const { return state_.hasFailed; }
     QString failureText() const { return QString::fromStdString(state_.failureText); }

@@ -64,6 +64,8 @@ QAccessible::State ControlAccessible::state() const {
         state.invisible || !QRect(window()->mapToGlobal(QPoint()), window()->size()).intersects(rect());
     state.focusable = item().isEnabled() && (told("focusable").toBool() || item().activeFocusOnTab());
     state.focused = item().hasActiveFocus();
+    state.selectable = told("selectable").toBool();
+    state.selected = told("selected").toBool();
     state.checkable = told("checkable").toBool();
     state.checked = told("checked").toBool();
     state.checkStateMixed = told("checkStateMixed").toBool();

@@ -1,99 +1,128 @@
 #include "ui/HomeScreen.h"
-#include "base/ByteFormat.h"
-#include "base/StringCatalog.h"
-#include "concurrency/Offload.h"
+#include "base/Environment.h"
 #include "concurrency/Spawn.h"
 #include "orchestration/CleanupViewModel.h"
+#include "storage/HomeViewModel.h"
 #include "ui/AppSidebarDestination.h"
+#include "ui/SegmentList.h"
 #include "ui/WindowModel.h"
-#include <QPointer>
 #include <algorithm>
 
 namespace vesko {
 
-HomeScreen::HomeScreen(std::shared_ptr<CleanupViewModel> cleanup,
-                       std::shared_ptr<const DiskVolumeReading> volumes, WindowModel& shell, QObject* parent)
-    : QObject(parent), cleanup_(std::move(cleanup)), volumes_(std::move(volumes)), shell_(shell) {
-    subscription_ = cleanup_->changes.subscribe([this] { noteChange(); });
+HomeScreen::HomeScreen(std::shared_ptr<HomeViewModel> home, std::shared_ptr<CleanupViewModel> cleanup,
+                       WindowModel& shell, QObject* parent)
+    : QObject(parent), home_(std::move(home)), cleanup_(std::move(cleanup)), shell_(shell),
+      groupsRevision_(cleanup_->groupsRevision()) {
+    homeSubscription_ = home_->changes.subscribe([this] { noteChange(); });
+    cleanupSubscription_ = cleanup_->changes.subscribe([this] { noteChange(); });
+    refresh();
 }
 
 HomeScreen::~HomeScreen() = default;
 
 void HomeScreen::noteChange() {
-    if (isChangeDue_) return;
-    isChangeDue_ = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            isChangeDue_ = false;
-            Q_EMIT changed();
-        },
-        Qt::QueuedConnection);
+    if (isRefreshDue_) return;
+    isRefreshDue_ = true;
+    QMetaObject::invokeMethod(this, &HomeScreen::refresh, Qt::QueuedConnection);
 }
 
-QString HomeScreen::availableLine() const {
-    if (!volume_) return {};
-    return QString::fromStdString(localized("home.availableAmount %@", formatBytes(volume_->availableBytes)));
+void HomeScreen::refresh() {
+    isRefreshDue_ = false;
+    if (groupsRevision_ != cleanup_->groupsRevision()) {
+        groupsRevision_ = cleanup_->groupsRevision();
+        home_->refreshCleanupInsights(cleanup_);
+    }
+    HomeScreenState state = describe(*home_, *cleanup_);
+    if (state == state_) return;
+    const bool hadSegments = state.segments == state_.segments && state.legend == state_.legend;
+    state_ = std::move(state);
+    takeLists();
+    if (!hadSegments) Q_EMIT segmentsChanged();
+    Q_EMIT changed();
 }
 
-QString HomeScreen::volumeLine() const {
-    if (!volume_) return {};
-    return QString::fromStdString(
-        localized("home.volumeSummary %@ %@", formatBytes(volume_->totalBytes), volume_->volumeName));
+void HomeScreen::takeLists() {
+    segments_ = segmentList(state_.segments);
+    legend_ = segmentList(state_.legend);
+    buckets_.take(state_.buckets);
+    opportunities_.take(state_.opportunities);
+    if (state_.inspector) {
+        inspector_ = *state_.inspector;
+        summaries_.take(inspector_.summaries);
+    }
+    shell_.setFreeSpace(QString::fromStdString(state_.freeSpaceLine));
 }
 
-double HomeScreen::usedFraction() const {
-    if (!volume_ || volume_->totalBytes < 1) return 0;
-    const auto total = static_cast<double>(volume_->totalBytes);
-    return std::clamp((total - static_cast<double>(volume_->availableBytes)) / total, 0.0, 1.0);
+void HomeScreen::languageChanged() {
+    // What is kept of a closed inspector would stay in the other language, and is not shown.
+    if (!state_.inspector) inspector_ = {};
+    refresh();
 }
 
-QString HomeScreen::reviewSubtitle() const {
-    const std::int64_t found = *cleanup_->foundTotalBytes;
-    return QString::fromStdString(
-        found >= 1 ? localized("home.shortcut.reviewCleanup.subtitle %@", formatBytes(found))
-                   : localized("home.shortcut.reviewCleanup.subtitleEmpty"));
+QStringList HomeScreen::inspectorPaths() const {
+    QStringList paths;
+    for (const std::string& path : inspector_.paths) paths.append(QString::fromStdString(path));
+    return paths;
 }
 
-QString HomeScreen::scanSubtitle() const {
-    const bool scanning = cleanup_->phase->kind == CleanupPhase::Kind::scanning;
-    return QString::fromStdString(
-        localized(scanning ? "home.shortcut.scanNow.running" : "home.shortcut.scanNow.subtitle"));
+void HomeScreen::start() {
+    if (isStarted_) return;
+    if (isDevelopmentHost()) {
+        home_->refreshVolume();
+        return;
+    }
+    isStarted_ = true;
+    // The watcher first: how long kept figures count as fresh depends on it.
+    home_->startWatching();
+    home_->refresh(cleanup_);
 }
 
-bool HomeScreen::canScan() const { return !cleanup_->phase->isBusy(); }
-
-void HomeScreen::readVolume() {
-    if (isReading_) return;
-    isReading_ = true;
-    spawn(cleanup_->tasks(), [screen = QPointer(this), volumes = volumes_]() -> Task<void> {
-        auto read = [volumes] { return volumes->readVolume(); };
-        const DiskVolumeInfo volume = co_await offload(read);
-        if (!screen) co_return;
-        screen->isReading_ = false;
-        screen->showVolume(volume);
-    });
+void HomeScreen::bringUpToDate() {
+    if (isStarted_) {
+        home_->refresh(cleanup_);
+    } else {
+        home_->refreshVolume();
+    }
 }
 
 void HomeScreen::reviewCleanup() { shell_.setSelection(rawValue(AppSidebarDestination::cleanup)); }
 
 void HomeScreen::scanNow() {
-    if (!canScan()) return;
+    if (cleanup_->phase->isBusy()) return;
     spawn(cleanup_->tasks(), [model = cleanup_] { return model->startScan(ScanMode::validation); });
 }
 
-void HomeScreen::showVolume(const DiskVolumeInfo& volume) {
-    volume_ = volume;
-    shell_.setFreeSpace(QString::fromStdString(localized(
-        "sidebar.freeSpace %1$@ %2$@", formatBytes(volume.availableBytes), formatBytes(volume.totalBytes))));
-    Q_EMIT changed();
+void HomeScreen::selectBucket(const QString& id) {
+    if (home_->bucket(id.toStdString())) home_->selectedBucketID = std::optional(id.toStdString());
 }
 
-void HomeScreen::languageChanged() {
-    if (volume_) {
-        showVolume(*volume_);
+void HomeScreen::clearSelection() { home_->selectedBucketID = std::nullopt; }
+
+void HomeScreen::openCategory(const QString& id) {
+    // A search that leaves the category out would leave nothing to go to.
+    cleanup_->searchText = std::string();
+    cleanup_->requestScrollToCategory(id.toStdString());
+    reviewCleanup();
+}
+
+void HomeScreen::reviewInCleanup() {
+    const std::optional<std::string> selected = *home_->selectedBucketID;
+    const std::optional<StorageCategoryBucket> bucket = selected ? home_->bucket(*selected) : std::nullopt;
+    clearSelection();
+    std::optional<std::string> first;
+    if (bucket && bucket->cleanupCategoryIDs) {
+        const auto& ids = *bucket->cleanupCategoryIDs;
+        const auto hasGroups = [this](const std::string& id) {
+            return cleanup_->firstGroupIDOfCategory(id).has_value();
+        };
+        const auto found = std::ranges::find_if(ids, hasGroups);
+        if (found != ids.end()) first = *found;
+    }
+    if (first) {
+        openCategory(QString::fromStdString(*first));
     } else {
-        Q_EMIT changed();
+        reviewCleanup();
     }
 }
 

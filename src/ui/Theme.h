@@ -2,6 +2,7 @@
 #include "ui/ThemePalette.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+#include <algorithm>
 
 namespace vesko {
 
@@ -53,6 +54,8 @@ class Theme : public QObject {
     Q_PROPERTY(int groupHeight READ groupHeight NOTIFY changed)
     Q_PROPERTY(int itemHeight READ itemHeight NOTIFY changed)
     Q_PROPERTY(int bandHeight READ bandHeight NOTIFY changed)
+    Q_PROPERTY(int bucketHeight READ bucketHeight NOTIFY changed)
+    Q_PROPERTY(int chipHeight READ chipHeight NOTIFY changed)
 
 public:
     explicit Theme(QObject* parent = nullptr);
@@ -109,6 +112,8 @@ public:
     int groupHeight() const { return heightFor(64, 4.4); }
     int itemHeight() const { return heightFor(40, 2.8); }
     int bandHeight() const { return heightFor(44, 3.0); }
+    int bucketHeight() const { return heightFor(52, 3.2); }
+    int chipHeight() const { return std::max(26, caption() + 14); }
 
     /// The colour of a band's or a segment's token (see SegmentColor) in one of the themes. The theme is an
     /// argument so that a binding follows it.

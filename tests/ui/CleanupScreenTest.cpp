@@ -3,7 +3,6 @@
 #include "base/StringCatalog.h"
 #include "ui/ScreenStage.h"
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
@@ -139,60 +138,6 @@ TEST_F(Screen, AGroupOfOneItemCanBeRevealedAndOneOfSeveralCannot) {
     EXPECT_TRUE(screen.canReveal(screen.list()->rowOfGroup("cache.npm")));
     EXPECT_FALSE(screen.canReveal(screen.list()->rowOfGroup("trash")));
     EXPECT_FALSE(screen.canReveal(0));
-}
-
-class HomeFigures : public ::testing::Test {
-protected:
-    ScreenStage stage;
-};
-
-TEST_F(HomeFigures, TheHeaderTellsTheVolume) {
-    EXPECT_EQ(stage.homeScreen.availableLine().toStdString(),
-              localized("home.availableAmount %@", formatBytes(83'420'000'000)));
-    EXPECT_EQ(stage.homeScreen.volumeLine().toStdString(),
-              localized("home.volumeSummary %@ %@", formatBytes(500'000'000'000), "Casa"));
-    EXPECT_EQ(
-        stage.shell.freeSpace().toStdString(),
-        localized("sidebar.freeSpace %1$@ %2$@", formatBytes(83'420'000'000), formatBytes(500'000'000'000)));
-}
-
-TEST_F(HomeFigures, WithNothingFoundTheReviewCardSaysSoAndStillLeadsToCleanup) {
-    EXPECT_EQ(stage.homeScreen.reviewSubtitle().toStdString(),
-              localized("home.shortcut.reviewCleanup.subtitleEmpty"));
-    stage.homeScreen.reviewCleanup();
-    EXPECT_EQ(stage.shell.selection(), "cleanup");
-}
-
-TEST_F(HomeFigures, WithSomethingFoundTheReviewCardTellsTheAmount) {
-    stage.model->foundTotalBytes = std::int64_t{12'000'000};
-    EXPECT_EQ(stage.homeScreen.reviewSubtitle().toStdString(),
-              localized("home.shortcut.reviewCleanup.subtitle %@", formatBytes(12'000'000)));
-}
-
-TEST_F(HomeFigures, TheScanCardIsDisabledWhileAScanOrADeletionRuns) {
-    EXPECT_TRUE(stage.homeScreen.canScan());
-    stage.model->phase = CleanupPhase::scanning();
-    EXPECT_FALSE(stage.homeScreen.canScan());
-    EXPECT_EQ(stage.homeScreen.scanSubtitle().toStdString(), localized("home.shortcut.scanNow.running"));
-    stage.model->phase = CleanupPhase::cleaning();
-    EXPECT_FALSE(stage.homeScreen.canScan());
-    stage.homeScreen.scanNow();
-    stage.settle();
-    EXPECT_EQ(stage.model->phase->kind, CleanupPhase::Kind::cleaning);
-    stage.model->phase = CleanupPhase::error("x");
-    EXPECT_TRUE(stage.homeScreen.canScan());
-}
-
-TEST_F(HomeFigures, TheVolumeIsReadAnewOnAWorker) {
-    stage.volumes->volume.availableBytes = 10'000'000'000;
-    stage.homeScreen.readVolume();
-    QElapsedTimer waited;
-    waited.start();
-    while (!stage.shell.freeSpace().startsWith(QStringLiteral("10 GB")) && waited.elapsed() < 10'000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-    EXPECT_EQ(stage.homeScreen.availableLine().toStdString(),
-              localized("home.availableAmount %@", formatBytes(10'000'000'000)));
 }
 
 } // namespace

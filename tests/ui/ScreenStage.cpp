@@ -13,10 +13,11 @@
 namespace vesko::testing {
 
 ScreenStage::ScreenStage(bool hasAccess)
-    : model(makeModel()), access(hasAccess),
+    : model(makeModel()), homeModel(makeHomeModel()), access(hasAccess),
       shell({.accessTest = [this] { return access; }, .openAccessSettings = [this] { ++settingsOpened; }}),
-      cleanup(model, files), homeScreen(model, volumes, shell), window(shell, cleanup, homeScreen) {
-    homeScreen.showVolume(volumes->volume);
+      cleanup(model, files), homeScreen(homeModel, model, shell), window(shell, cleanup, homeScreen) {
+    homeModel->volume = volumes->volume;
+    settle();
 }
 
 ScreenStage::~ScreenStage() { life.end(); }
@@ -34,6 +35,17 @@ std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
     parts.reviewer = std::make_shared<UnavailableReview>();
     parts.executor = std::make_shared<SystemCleanupExecutor>();
     return std::make_shared<CleanupViewModel>(std::move(parts));
+}
+
+std::shared_ptr<HomeViewModel> ScreenStage::makeHomeModel() {
+    HomeViewModelParts parts;
+    parts.tasks = life.tasks();
+    parts.inventorySizer = sizes;
+    parts.store = std::make_shared<StorageInventoryStore>(home.url("state/storage-inventory.json"));
+    parts.volumeReader = volumes;
+    parts.makeStream = streams.maker();
+    parts.home = home.root();
+    return std::make_shared<HomeViewModel>(std::move(parts));
 }
 
 void ScreenStage::settle() {
@@ -99,6 +111,24 @@ std::vector<CleanupGroup> sampleGroups() {
                   "docker:unsupported")}),
         group("logs.stale", {item(home + "/Library/Logs/install.log", 84'000'000)}),
     };
+}
+
+std::vector<StorageCategoryBucket> sampleBuckets() {
+    std::vector<StorageCategoryBucket> buckets =
+        StorageInventoryService::emptyMeasurableBuckets(FileURL(homeFolder().path()));
+    const std::int64_t bytes[] = {41'600'000'000, 128'350'000'000, 96'200'000'000, 87'430'000'000};
+    for (std::size_t i = 0; i < buckets.size(); ++i) buckets[i].bytes = bytes[i];
+    return buckets;
+}
+
+void showDashboard(ScreenStage& stage, std::vector<StorageCategoryBucket> buckets,
+                   const std::set<std::string>& pending) {
+    const std::int64_t used = stage.homeModel->usedBytes();
+    StorageDashboard dashboard{buckets, used, makeConsultantBreakdown(*stage.model->groups, used)};
+    if (auto system = StorageInventoryService::systemBucket(used, buckets))
+        dashboard.buckets.push_back(std::move(*system));
+    stage.homeModel->pendingBucketIDs = pending;
+    stage.homeModel->dashboard = std::optional(std::move(dashboard));
 }
 
 void showGroups(CleanupViewModel& model, std::vector<CleanupGroup> groups) {

@@ -1,9 +1,14 @@
 #pragma once
 #include "app/ProgramLife.h"
 #include "orchestration/CleanupViewModel.h"
+#include "storage/FakeEventStream.h"
+#include "storage/HomeViewModel.h"
+#include "storage/ScriptedFolderSizes.h"
 #include "support/TempTree.h"
 #include "ui/MainWindow.h"
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace vesko::testing {
@@ -22,8 +27,8 @@ public:
     DiskVolumeInfo volume{500'000'000'000, 83'420'000'000, "Casa", AvailableSpaceMetric::standard};
 };
 
-/// A real view model in a home of its own, with the screens' models over it. No scan starts by itself; a test
-/// writes the view model's fields as a scan would.
+/// Real view models in a home of their own, with the screens' models over them. No scan and no measurement
+/// starts by itself; a test writes the view models' fields as those would.
 class ScreenStage {
 public:
     explicit ScreenStage(bool hasAccess = true);
@@ -39,7 +44,10 @@ public:
     ProgramLife life;
     std::shared_ptr<RecordingFiles> files = std::make_shared<RecordingFiles>();
     std::shared_ptr<FixedVolume> volumes = std::make_shared<FixedVolume>();
+    std::shared_ptr<ScriptedFolderSizes> sizes = std::make_shared<ScriptedFolderSizes>();
+    FakeEventStreams streams;
     std::shared_ptr<CleanupViewModel> model;
+    std::shared_ptr<HomeViewModel> homeModel;
     bool access;
     int settingsOpened = 0;
     WindowModel shell;
@@ -49,6 +57,7 @@ public:
 
 private:
     std::shared_ptr<CleanupViewModel> makeModel();
+    std::shared_ptr<HomeViewModel> makeHomeModel();
 };
 
 /// An item at a path that need not exist.
@@ -58,6 +67,12 @@ CleanupGroup group(const std::string& id, std::vector<ScannableItem> items);
 /// A list as a developer's computer gives it: five bands, every verdict, a container object that can't be
 /// deleted, a name of 255 characters.
 std::vector<CleanupGroup> sampleGroups();
+/// The buckets of a disk in use, without the remainder.
+std::vector<StorageCategoryBucket> sampleBuckets();
+/// The dashboard as the last step of a measurement shows it: these buckets, those of them that are still
+/// being measured, and what the cleanup list says.
+void showDashboard(ScreenStage& stage, std::vector<StorageCategoryBucket> buckets,
+                   const std::set<std::string>& pending = {});
 /// The groups as the result of a finished scan, selected by default.
 void showGroups(CleanupViewModel& model, std::vector<CleanupGroup> groups);
 

@@ -29,6 +29,17 @@ void showList(ScreenStage& stage) {
     showGroups(*stage.model, sampleGroups());
 }
 
+void showHome(ScreenStage& stage) {
+    showGroups(*stage.model, sampleGroups());
+    showDashboard(stage, sampleBuckets());
+}
+
+void showInspector(ScreenStage& stage, const char* bucketID) {
+    showHome(stage);
+    stage.settle();
+    stage.homeScreen.selectBucket(QString::fromLatin1(bucketID));
+}
+
 void expand(ScreenStage& stage, std::string_view groupID) {
     stage.settle();
     CleanupListModel& list = *stage.cleanup.list();
@@ -50,9 +61,27 @@ void openSheet(ScreenStage& stage, const QString& typed) {
 const std::map<QString, Enter>& states() {
     static const std::map<QString, Enter> table{
         {"access", [](ScreenStage&) {}},
-        {"home", [](ScreenStage& stage) { showGroups(*stage.model, sampleGroups()); }},
-        {"home-empty", [](ScreenStage&) {}},
-        {"home-scanning", [](ScreenStage& stage) { stage.model->phase = CleanupPhase::scanning(); }},
+        {"home-skeleton", [](ScreenStage&) {}},
+        {"home-filling",
+         [](ScreenStage& stage) {
+             std::vector<StorageCategoryBucket> buckets = sampleBuckets();
+             buckets[1].bytes = 0;
+             buckets[3].bytes = 0;
+             showDashboard(stage, std::move(buckets), {"documents", "library"});
+         }},
+        {"home", showHome},
+        {"home-busy",
+         [](ScreenStage& stage) {
+             showHome(stage);
+             stage.homeModel->pendingBucketIDs = std::set<std::string>{"documents", "system"};
+         }},
+        {"home-inspector", [](ScreenStage& stage) { showInspector(stage, "library"); }},
+        {"home-inspector-plain", [](ScreenStage& stage) { showInspector(stage, "media"); }},
+        {"home-scanning",
+         [](ScreenStage& stage) {
+             showHome(stage);
+             stage.model->phase = CleanupPhase::scanning();
+         }},
         {"awaiting", showCleanup},
         {"preparing",
          [](ScreenStage& stage) {

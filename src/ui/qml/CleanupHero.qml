@@ -39,24 +39,13 @@ Item {
             visible: hero.screen.segments.length > 0
             width: parent.width
             segments: hero.screen.segments
-            onSegmentSelected: id => hero.screen.scrollToSection(id)
+            onSelectSegment: id => hero.screen.scrollToSection(id)
         }
-        Flow {
+        StorageLegend {
             visible: hero.screen.segments.length > 0
             width: parent.width
-            spacing: 8
-            Repeater {
-                model: hero.screen.segments.length
-                LegendChip {
-                    required property int index
-                    readonly property var segment: hero.screen.segments[index] ?? ({})
-                    title: segment.title ?? ""
-                    amount: segment.amount ?? ""
-                    tint: Theme.segmentColor(segment.color ?? 0, Theme.dark)
-                    interactive: segment.interactive ?? false
-                    onPressed: hero.screen.scrollToSection(segment.id)
-                }
-            }
+            segments: hero.screen.segments
+            onSelectSegment: id => hero.screen.scrollToSection(id)
         }
     }
 }

@@ -1,17 +1,48 @@
 import QtQuick
 import Vesko.Window
 
-// How full the disk is, and two ways on.
+// How full the disk is, what fills it, what of it can go, and two ways on.
 FocusScope {
     id: page
 
     required property HomeScreen screen
-    readonly property int columns: width >= 640 ? 2 : 1
+    readonly property int margin: width < 480 ? Theme.inset : Theme.page
+    readonly property int quickActionColumns: width >= 640 ? 2 : 1
+    readonly property Item focused: Window.activeFocusItem
+
+    signal inspectorEntered() // the inspector was opened by the keyboard, which is to go there
+
+    // What the keyboard reaches is scrolled to.
+    function keepInView(item) {
+        let above = item
+        while (above && above !== content) above = above.parent
+        if (!above) return
+        const top = item.mapToItem(content, 0, 0).y + content.y
+        const gap = 12
+        if (top - gap < scroll.contentY) scroll.contentY = Math.max(0, top - gap)
+        else if (top + item.height + gap > scroll.contentY + scroll.height)
+            scroll.contentY = Math.min(scroll.contentHeight - scroll.height, top + item.height + gap - scroll.height)
+    }
+    function scrollBy(distance) {
+        const most = Math.max(0, scroll.contentHeight - scroll.height)
+        scroll.contentY = Math.max(0, Math.min(most, scroll.contentY + distance))
+    }
+
+    onFocusedChanged: if (visible && focused) keepInView(focused)
+    onVisibleChanged: if (visible) screen.bringUpToDate()
+    Keys.onPressed: event => {
+        event.accepted = true
+        if (event.key === Qt.Key_PageDown) scrollBy(scroll.height * 0.9)
+        else if (event.key === Qt.Key_PageUp) scrollBy(-scroll.height * 0.9)
+        else if (event.key === Qt.Key_Home) scrollBy(-scroll.contentHeight)
+        else if (event.key === Qt.Key_End) scrollBy(scroll.contentHeight)
+        else event.accepted = false
+    }
 
     Flickable {
         id: scroll
         anchors.fill: parent
-        contentHeight: content.height + 2 * Theme.page
+        contentHeight: content.height + 2 * page.margin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         Accessible.role: Accessible.Pane
@@ -19,90 +50,42 @@ FocusScope {
 
         Column {
             id: content
-            x: Theme.page
-            y: Theme.page
-            width: Math.min(scroll.width - 2 * Theme.page, 960)
+            x: page.margin
+            y: page.margin
+            width: Math.min(scroll.width - 2 * page.margin, 960)
             spacing: Theme.page
 
-            Rectangle {
+            VolumeHeader {
                 width: parent.width
-                height: header.height + 2 * Theme.page
-                radius: Theme.cardCorner
-                color: Theme.surface
-                Column {
-                    id: header
-                    x: Theme.page
-                    y: Theme.page
-                    width: parent.width - 2 * Theme.page
-                    spacing: 4
-                    Label {
-                        width: parent.width
-                        height: Math.max(implicitHeight, Theme.figure * 1.2)
-                        text: page.screen.availableLine
-                        font { pixelSize: Theme.figure; weight: Font.Bold }
-                        Accessible.role: Accessible.Heading
-                    }
-                    Label {
-                        width: parent.width
-                        height: Math.max(implicitHeight, Theme.body * 1.2)
-                        text: page.screen.volumeLine
-                        color: Theme.muted
-                    }
-                    Item {
-                        width: 1
-                        height: 12
-                    }
-                    Rectangle {
-                        width: parent.width
-                        height: 14
-                        radius: 7
-                        color: Qt.alpha(Theme.green, 0.22)
-                        Accessible.role: Accessible.ProgressBar
-                        Accessible.name: Strings.of("home.used")
-                        Accessible.description: Math.round(page.screen.usedFraction * 100) + " %"
-                        Rectangle {
-                            width: Math.max(parent.height, parent.width * page.screen.usedFraction)
-                            height: parent.height
-                            radius: 7
-                            visible: page.screen.usedFraction > 0
-                            color: Theme.purple
-                        }
-                    }
-                }
+                available: page.screen.availableLine
+                summary: page.screen.volumeLine
+                onTapped: page.screen.clearSelection()
             }
-            Column {
+            StorageDashboardView {
                 width: parent.width
-                spacing: Theme.inset
-                Label {
-                    width: parent.width
-                    text: Strings.of("home.quickActionsTitle")
-                    font { pixelSize: Theme.section; weight: Font.DemiBold }
-                    Accessible.role: Accessible.Heading
+                visible: page.screen.hasDashboard
+                screen: page.screen
+                focus: true
+                onSelectBucket: (id, byKeyboard) => {
+                    page.screen.selectBucket(id)
+                    if (byKeyboard) page.inspectorEntered()
                 }
-                Grid {
-                    id: cards
-                    readonly property int cell: (width - (page.columns - 1) * 16) / page.columns
-                    width: parent.width
-                    columns: page.columns
-                    spacing: 16
-                    ShortcutCard {
-                        width: cards.cell
-                        icon: "trash"
-                        title: Strings.of("home.shortcut.reviewCleanup")
-                        subtitle: page.screen.reviewSubtitle
-                        focus: true
-                        onActed: page.screen.reviewCleanup()
-                    }
-                    ShortcutCard {
-                        width: cards.cell
-                        icon: "arrow.clockwise"
-                        title: Strings.of("home.shortcut.scanNow")
-                        subtitle: page.screen.scanSubtitle
-                        isDisabled: !page.screen.canScan
-                        onActed: page.screen.scanNow()
-                    }
-                }
+                onDismissTap: page.screen.clearSelection()
+                onSelectCleanupCategory: id => page.screen.openCategory(id)
+            }
+            StorageSkeleton {
+                width: parent.width
+                visible: !page.screen.hasDashboard
+            }
+            QuickActions {
+                width: parent.width
+                columns: page.quickActionColumns
+                screen: page.screen
             }
         }
+    }
+    ThinScrollBar {
+        anchors { right: parent.right; top: parent.top; bottom: parent.bottom; margins: 2 }
+        flickable: scroll
     }
 }

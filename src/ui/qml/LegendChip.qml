@@ -1,7 +1,7 @@
 import QtQuick
 import Vesko.Window
 
-// One entry of a legend; it does what its segment does.
+// One entry of a legend. One that does what its segment does has the frame of a chip.
 FocusScope {
     id: chip
 
@@ -16,8 +16,8 @@ FocusScope {
         if (interactive) pressed()
     }
 
-    implicitWidth: content.implicitWidth + 20
-    implicitHeight: Math.max(26, Theme.caption + 14)
+    implicitWidth: content.implicitWidth + (interactive ? 20 : 4)
+    implicitHeight: Theme.chipHeight
     activeFocusOnTab: interactive
     Keys.onSpacePressed: press()
     Keys.onReturnPressed: press()
@@ -30,7 +30,7 @@ FocusScope {
         anchors.fill: parent
         radius: height / 2
         color: hover.hovered && chip.interactive ? Theme.hover : "transparent"
-        border.width: 1
+        border.width: chip.interactive ? 1 : 0
         border.color: Theme.border
     }
     FocusRing {
@@ -39,7 +39,8 @@ FocusScope {
     }
     Row {
         id: content
-        anchors.centerIn: parent
+        x: chip.interactive ? 10 : 2
+        anchors.verticalCenter: parent.verticalCenter
         spacing: 6
         Rectangle {
             anchors.verticalCenter: parent.verticalCenter
@@ -64,5 +65,9 @@ FocusScope {
         id: hover
         cursorShape: chip.interactive ? Qt.PointingHandCursor : Qt.ArrowCursor
     }
-    TapHandler { onTapped: chip.press() }
+    TapHandler {
+        enabled: chip.interactive
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: chip.press()
+    }
 }

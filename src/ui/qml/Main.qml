@@ -17,7 +17,7 @@ Window {
     title: Strings.of("app.name")
     color: Theme.background
 
-    onActiveChanged: if (active && shell.hasFrame) home.readVolume()
+    onActiveChanged: if (active && shell.hasFrame) home.bringUpToDate()
     onFrameSwapped: if (!shell.hasFrame) shell.noteFrame()
 
     Loader {

@@ -9,10 +9,20 @@ FocusScope {
     required property CleanupScreen cleanup
     required property HomeScreen home
     readonly property bool showsCleanup: shell.selection === "cleanup"
+    readonly property bool inspecting: !showsCleanup && home.inspectorOpen
     property int sidebarWidth: 220
+    property int inspectorWidth: 380
+    // A narrow window leaves the screen beside it as much room as it can.
+    readonly property int inspectorRoom: Math.max(320, Math.min(inspectorWidth, width - sidebarWidth - 440))
 
     function search() {
         if (showsCleanup) cleanupPage.item.search()
+    }
+    // The keyboard goes back to where it came from.
+    function closeInspector() {
+        const wasInside = inspector.activeFocus
+        home.clearSelection()
+        if (wasInside) homePage.forceActiveFocus(Qt.OtherFocusReason)
     }
 
     Sidebar {
@@ -27,10 +37,22 @@ FocusScope {
         focus: true
 
         HomePage {
-            anchors.fill: parent
+            id: homePage
+            anchors { left: parent.left; right: inspector.left; top: parent.top; bottom: parent.bottom }
             visible: !split.showsCleanup
             focus: visible
             screen: split.home
+            onInspectorEntered: inspector.take()
+        }
+        StorageInspectorView {
+            id: inspector
+            anchors { top: parent.top; bottom: parent.bottom }
+            x: parent.width - shown
+            width: split.inspectorRoom
+            screen: split.home
+            isOpen: split.inspecting
+            onReviewInCleanup: split.home.reviewInCleanup()
+            onClosed: split.closeInspector()
         }
         // Built after the first frame, so that the change to it costs nothing.
         Loader {
@@ -53,6 +75,17 @@ FocusScope {
         onPositionChanged: mouse => {
             const wanted = mapToItem(split, mouse.x, 0).x
             split.sidebarWidth = Math.max(200, Math.min(260, wanted))
+        }
+    }
+    MouseArea {
+        visible: split.inspecting
+        x: detail.x + inspector.x - 3
+        width: 6
+        height: parent.height
+        cursorShape: Qt.SplitHCursor
+        onPositionChanged: mouse => {
+            const wanted = split.width - mapToItem(split, mouse.x, 0).x
+            split.inspectorWidth = Math.max(320, Math.min(420, wanted))
         }
     }
     ConfirmationSheet {
@@ -86,6 +119,11 @@ FocusScope {
         enabled: !sheet.isPresented && split.showsCleanup && split.cleanup.searchText !== ""
         sequence: "Escape"
         onActivated: split.cleanup.searchText = ""
+    }
+    Shortcut {
+        enabled: !sheet.isPresented && split.inspecting
+        sequence: "Escape"
+        onActivated: split.closeInspector()
     }
     // Assistive tools read the name of an alert when it changes.
     Item {

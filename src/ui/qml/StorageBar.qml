@@ -12,7 +12,7 @@ Item {
     property int gap: 2
     readonly property var widths: share(width - gap * Math.max(0, segments.length - 1))
 
-    signal segmentSelected(string id)
+    signal selectSegment(string id)
 
     // Segments below the least width get it; the others share what is left to scale.
     function share(room) {
@@ -55,7 +55,7 @@ Item {
                 Accessible.onPressAction: press()
 
                 function press() {
-                    if (segment.interactive) bar.segmentSelected(segment.id)
+                    if (segment.interactive) bar.selectSegment(segment.id)
                 }
 
                 Rectangle {
@@ -76,7 +76,11 @@ Item {
                     id: hover
                     cursorShape: piece.segment.interactive ? Qt.PointingHandCursor : Qt.ArrowCursor
                 }
-                TapHandler { onTapped: piece.press() }
+                TapHandler {
+                    enabled: piece.segment.interactive ?? false
+                    gesturePolicy: TapHandler.ReleaseWithinBounds
+                    onTapped: piece.press()
+                }
             }
         }
     }

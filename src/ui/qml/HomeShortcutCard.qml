@@ -5,15 +5,15 @@ import Vesko.Window
 Control {
     id: card
 
-    required property string icon
+    required property string systemImage
     required property string title
     required property string subtitle
     property bool isDisabled: false
 
-    signal acted()
+    signal action()
 
     function act() {
-        if (!isDisabled) acted()
+        if (!isDisabled) action()
     }
 
     implicitHeight: Math.max(88, texts.height + 40)
@@ -49,7 +49,7 @@ Control {
             anchors.centerIn: parent
             width: 22
             height: 22
-            name: card.icon
+            name: card.systemImage
             color: card.isDisabled ? Theme.muted : Theme.purple
         }
     }
