@@ -8,11 +8,14 @@
 /// and looks at the current task's cancellation. The platform layer implements it.
 namespace vesko {
 
+/// A quick figure has to be above; one block says nothing that asking again could not say better.
+inline constexpr std::int64_t quickFigureFloor = 4096;
+
 /// The quick whole-tree figure, in bytes: what `du -sk` prints (with `followLinks`: `du -skL`), times 1024.
 /// Hard links count once, what is mounted inside does not count; a followed link's target brings its own file
-/// system. Nothing for a missing path, for anything but a folder (a link counts as the link), for a figure of
-/// 4096 or less, when the task is cancelled, and when the tree could not be walked for lack of resources.
-inline constexpr std::int64_t quickFigureFloor = 4096; ///< a quick figure has to be above
+/// system. Nothing for a missing path, for anything but a folder (a link counts as the link), for a figure
+/// that is not above quickFigureFloor, when the task is cancelled, and when the tree could not be walked for
+/// lack of resources.
 std::optional<std::int64_t> fastDirectorySize(const FileURL& url, bool followLinks);
 
 /// What `du -sk` prints for a single thing that is no folder, times 1024: its allocated blocks rounded up to

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace vesko {
 
@@ -19,5 +20,14 @@ struct ParallelSizeInput {
 
     friend bool operator==(const ParallelSizeInput&, const ParallelSizeInput&) = default;
 };
+
+/// A folder of a tool's, measured as `du` does.
+inline ParallelSizeInput folderInput(FileURL folder) {
+    ParallelSizeInput input;
+    input.url = std::move(folder);
+    input.isDirectory = true;
+    input.preferDiskUsage = true;
+    return input;
+}
 
 } // namespace vesko

@@ -23,8 +23,8 @@ struct SizeLevels {
 const SizeLevels& platformSizeLevels();
 
 /// This machine's for one scan: folders are asked of `trees`, which reads overlapping ones once. What it says
-/// is what `du` would print, so the program runs only where it says nothing,
-/// and not for a task that is cancelled.
+/// is what `du` would print, so the program runs only where it says nothing, and not for a task that is
+/// cancelled.
 SizeLevels sharedSizeLevels(std::shared_ptr<MeasuredTrees> trees);
 
 /// Asks the levels in their order: nothing there is 0; the quick figure, if there is one; what `du` says, if

@@ -2,6 +2,7 @@
 
 #include "concurrency/CurrentTask.h"
 #include "execution/DockerDeletionTarget.h"
+#include "probes/DockerBinary.h"
 #include <optional>
 #include <string_view>
 
@@ -24,15 +25,8 @@ Outcome deleteDevice(const std::string& udid, const CommandRunning& runner) {
     return std::unexpected(SimulatorDeletionError::deleteFailed(udid, result.exitCode));
 }
 
-/// Looked up for each item anew, since the service may start or end between two of them.
-std::optional<std::string> workingDocker(const CommandRunning& runner) {
-    for (const char* candidate : {"/usr/local/bin/docker", "/opt/homebrew/bin/docker"})
-        if (runner.run(candidate, {"info"}).exitCode == 0) return candidate;
-    return std::nullopt;
-}
-
 Outcome deleteDockerObject(const DockerDeletionTarget& target, const CommandRunning& runner) {
-    const std::optional<std::string> docker = workingDocker(runner);
+    const std::optional<std::string> docker = defaultDockerBinary(runner);
     if (!docker) return std::unexpected(DockerDeletionError::dockerNotAvailable());
     const std::vector<std::string> arguments = target.arguments();
     const CommandResult result = runner.run(*docker, arguments);

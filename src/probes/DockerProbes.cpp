@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "core/GroupBuilders.h"
 #include "core/ParallelSizing.h"
+#include "probes/DockerBinary.h"
 #include "probes/DockerListings.h"
 #include <utility>
 
@@ -29,12 +30,9 @@ ScannableItem itemOf(const DockerImageLine& image, const FileURL& home) {
     return item;
 }
 
-ParallelSizeInput folderInput(FileURL folder, EnrichmentKey key) {
-    ParallelSizeInput input;
-    input.url = std::move(folder);
-    input.isDirectory = true;
+ParallelSizeInput volumeFolder(FileURL folder, EnrichmentKey key) {
+    ParallelSizeInput input = folderInput(std::move(folder));
     input.enrichmentKey = std::move(key);
-    input.preferDiskUsage = true;
     return input;
 }
 
@@ -45,7 +43,7 @@ std::optional<ParallelSizeInput> volumeInput(const std::string& docker, const st
     if (answer.exitCode != 0) return std::nullopt;
     std::string mountPoint = trimmedWhiteSpace(answer.output);
     if (mountPoint.empty()) return std::nullopt;
-    ParallelSizeInput input = folderInput(FileURL(std::move(mountPoint)), {"docker:volume:" + name});
+    ParallelSizeInput input = volumeFolder(FileURL(std::move(mountPoint)), {"docker:volume:" + name});
     input.displayLabel = name;
     return input;
 }
@@ -56,13 +54,6 @@ std::optional<ScannableItem> buildCacheOf(const CommandResult& answer, const Fil
 }
 
 } // namespace
-
-std::optional<std::string> defaultDockerBinary(const CommandRunning& runner) {
-    // "info" has to reach the daemon: a tool without one is of no use.
-    for (const char* candidate : {"/usr/local/bin/docker", "/opt/homebrew/bin/docker"})
-        if (runner.run(candidate, {"info"}).exitCode == 0) return candidate;
-    return std::nullopt;
-}
 
 DockerImagesProbe::DockerImagesProbe(GroupMetadata metadata, DockerBinaryProvider dockerBinaryProvider)
     : metadata_(std::move(metadata)), dockerBinaryProvider_(std::move(dockerBinaryProvider)) {}
@@ -113,7 +104,7 @@ ProbeResult DockerVolumesProbe::offline(const ProbeContext& context) const {
     std::vector<ParallelSizeInput> inputs;
     for (FileURL& child : directChildren(folder, Hidden::skip).value_or(std::vector<FileURL>()))
         if (isDirectory(child).value_or(false))
-            inputs.push_back(folderInput(std::move(child), EnrichmentKey::unsupportedDockerObject()));
+            inputs.push_back(volumeFolder(std::move(child), EnrichmentKey::unsupportedDockerObject()));
     return makeResult(metadata_, sizeInParallel(std::move(inputs), context));
 }
 

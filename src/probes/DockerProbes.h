@@ -11,11 +11,8 @@
 /// probes ever reports an error. The runs do not look at cancellation; the measuring does.
 namespace vesko {
 
-/// Decides which docker executable is used; nothing means that there is none.
+/// Decides which docker executable is used; nothing means that there is none. Empty: defaultDockerBinary.
 using DockerBinaryProvider = std::function<std::optional<std::string>(const CommandRunning&)>;
-
-/// The docker whose daemon answers: "/usr/local/bin/docker", or else "/opt/homebrew/bin/docker".
-std::optional<std::string> defaultDockerBinary(const CommandRunning& runner);
 
 /// Every image that docker lists, untagged ones included, with the size that it tells.
 class DockerImagesProbe final : public ScanProbe {

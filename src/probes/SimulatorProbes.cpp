@@ -14,14 +14,6 @@ CommandResult simctlList(const CommandRunning& runner, const std::string& kind) 
     return runner.run("/usr/bin/xcrun", {"simctl", "list", kind, "-j"});
 }
 
-ParallelSizeInput folderInput(FileURL folder) {
-    ParallelSizeInput input;
-    input.url = std::move(folder);
-    input.isDirectory = true;
-    input.preferDiskUsage = true;
-    return input;
-}
-
 ParallelSizeInput deviceInput(const SimctlDevice& device, const FileURL& home) {
     ParallelSizeInput input = folderInput(
         device.dataPath ? FileURL(*device.dataPath).parent()

@@ -35,14 +35,6 @@ ProbeResult measuredFolders(const GroupMetadata& metadata, std::span<const std::
     return makeResult(metadata, std::move(items));
 }
 
-ParallelSizeInput folderInput(FileURL folder) {
-    ParallelSizeInput input;
-    input.url = std::move(folder);
-    input.isDirectory = true;
-    input.preferDiskUsage = true;
-    return input;
-}
-
 std::vector<FileURL> allChildren(const FileURL& folder) {
     return directChildren(folder, Hidden::include).value_or(std::vector<FileURL>());
 }

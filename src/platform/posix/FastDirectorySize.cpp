@@ -7,7 +7,6 @@ namespace vesko {
 
 std::optional<std::int64_t> fastDirectorySize(const FileURL& url, bool followLinks) {
     const std::optional<std::int64_t> bytes = treeUsage(url, followLinks, currentStopToken());
-    // A figure of one block says nothing that asking again could not say better.
     if (!bytes || *bytes <= quickFigureFloor) return std::nullopt;
     return bytes;
 }
