@@ -1,6 +1,7 @@
 #include "core/DiskVolume.h"
 
 #include "base/StringCatalog.h"
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -18,7 +19,7 @@ std::string_view availableSpaceMetricWord(AvailableSpaceMetric metric) noexcept 
 
 DiskVolumeInfo volumeInfo(const VolumeFigures& figures) {
     DiskVolumeInfo info;
-    info.totalBytes = figures.totalCapacity.value_or(0);
+    info.totalBytes = std::max<std::int64_t>(figures.totalCapacity.value_or(0), 0);
     const std::array<std::pair<std::optional<std::int64_t>, AvailableSpaceMetric>, 4> measures{{
         {figures.availableForImportantUsage, AvailableSpaceMetric::importantUsage},
         {figures.available, AvailableSpaceMetric::standard},

@@ -4,6 +4,7 @@
 #include "base/Paths.h"
 #include "base/StringCatalog.h"
 #include "core/DiskVolumeService.h"
+#include <array>
 #include <gtest/gtest.h>
 #include <sys/statvfs.h>
 
@@ -58,6 +59,30 @@ TEST(DiskVolume, ANegativeFigureIsPassedOver) {
         figures.fileSystemFree = useless;
         EXPECT_EQ(volumeInfo(figures), (DiskVolumeInfo{1000, 0, "Disk of the test", standard}));
     }
+}
+
+TEST(DiskVolume, OfAnyFiguresTheFirstUsableOneIsTaken) {
+    constexpr std::array<std::optional<std::int64_t>, 4> values{std::nullopt, 0, -5, 5};
+    constexpr std::array<AvailableSpaceMetric, 4> order{importantUsage, standard, opportunisticUsage,
+                                                        fileSystemFree};
+    for (unsigned choice = 0; choice < 256; ++choice) {
+        std::array<std::optional<std::int64_t>, 4> measures;
+        for (unsigned i = 0; i < 4; ++i)
+            if (const auto value = values[(choice >> (2 * i)) % 4]) measures[i] = *value * (i + 1);
+        DiskVolumeInfo expected{1000, 0, "Disk of the test", standard};
+        for (unsigned i = 4; i-- > 0;)
+            if (measures[i] && *measures[i] > 0)
+                expected = {1000, *measures[i], "Disk of the test", order[i]};
+        EXPECT_EQ(volumeInfo({1000, measures[0], measures[1], measures[2], measures[3], "Disk of the test"}),
+                  expected)
+            << "choice " << choice;
+    }
+}
+
+TEST(DiskVolume, ANegativeCapacityIsUnknown) {
+    VolumeFigures figures = everything();
+    figures.totalCapacity = -1;
+    EXPECT_EQ(volumeInfo(figures).totalBytes, 0);
 }
 
 TEST(DiskVolume, AnEmptyNameIsAName) {

@@ -1,7 +1,6 @@
 #include "InotifyEventStream.h"
 
-#include "platform/HeardChanges.h"
-#include "support/TempTree.h"
+#include "platform/WatchedTree.h"
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <linux/fs.h>
@@ -14,69 +13,15 @@ namespace vesko {
 namespace {
 
 using namespace std::chrono_literals;
+using InotifyEventStreamTest = testing::WatchedTree;
 using Paths = testing::HeardChanges::Paths;
 using ::testing::Contains;
 using ::testing::Each;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
+using testing::shortly;
 using ::testing::StartsWith;
-
-constexpr double shortly = 0.02;
-
-class InotifyEventStreamTest : public ::testing::Test {
-protected:
-    /// Made with many watches and no polling unless told otherwise.
-    static InotifyEventStream::Options options(std::size_t mostWatches = 100'000,
-                                               InotifyEventStream::Duration pollPeriod = 1h) {
-        return {.mostWatches = mostWatches, .pollPeriod = pollPeriod};
-    }
-
-    void start(const std::vector<std::string>& paths, const InotifyEventStream::Options& chosen,
-               double latency = shortly) {
-        stream = InotifyEventStream::make(paths, latency, heard.receiver(), chosen);
-        ASSERT_TRUE(stream);
-        ASSERT_TRUE(becomes([](const auto& figures) { return figures.isSettled; }));
-    }
-    /// Watches the test's folder, after what was put there has become old.
-    void start(double latency = shortly) {
-        letTheClockTick();
-        start({root()}, options(), latency);
-    }
-
-    /// Files get their dates from a clock that ticks every few milliseconds.
-    static void letTheClockTick() { std::this_thread::sleep_for(15ms); }
-
-    template <class Condition> bool becomes(const Condition& condition) const {
-        for (const auto end = std::chrono::steady_clock::now() + 20s;
-             std::chrono::steady_clock::now() < end;) {
-            if (condition(stream->figures())) return true;
-            std::this_thread::sleep_for(1ms);
-        }
-        return false;
-    }
-
-    /// Everything that was done before has been told when this comes back.
-    void settle() {
-        static int count = 0;
-        const FileURL mark = tree.file("settled-" + std::to_string(count++));
-        ASSERT_TRUE(heard.waitFor({root()}));
-        ASSERT_TRUE(becomes([](const auto& figures) { return figures.isSettled; }));
-        std::filesystem::remove(mark.path());
-        std::this_thread::sleep_for(100ms); // longer than reading pause and latency together
-        heard.forgetAll();
-    }
-
-    std::string root() const { return tree.root().path(); }
-    std::string path(std::string_view relative) const { return tree.path(relative); }
-    void rename(std::string_view from, std::string_view to) const {
-        std::filesystem::rename(path(from), path(to));
-    }
-
-    testing::TempTree tree;
-    testing::HeardChanges heard;
-    std::unique_ptr<InotifyEventStream> stream;
-};
 
 TEST_F(InotifyEventStreamTest, EveryKindOfChangeIsToldByItsFolderAlone) {
     const FileURL file = tree.file("a/b/file", "content");
