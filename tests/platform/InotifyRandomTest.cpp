@@ -74,7 +74,7 @@ TEST_F(InotifyRandomTest, SoItIsWithFewWatches) {
     tree.folder("start/inner");
     letTheClockTick();
     start({root()}, options(10, 50ms));
-    for (unsigned seed = 101; seed <= 106; ++seed) {
+    for (unsigned seed = 101; seed <= 112; ++seed) {
         std::mt19937 random(seed);
         for (int step = 0; step < 60; ++step) changeSomething(random);
         settle();

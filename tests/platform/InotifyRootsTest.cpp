@@ -143,7 +143,7 @@ TEST_F(InotifyRootsTest, MountsBelowAreNotEntered) {
             return "no bind mount";
         letTheClockTick();
         start({path("root")}, options());
-        if (stream->figures().folders != 2) return "more folders than the two";
+        if (stream->figures().watched != 2) return "more folders than the two";
         tree.file("root/mounted/file");
         tree.file("bound/inner/file");
         tree.file("root/beside/file");
@@ -163,7 +163,7 @@ TEST_F(InotifyRootsTest, AFolderThatBecomesReadableIsWatched) {
         if (::chmod(own.path("closed").c_str(), 0) != 0) return "no rights";
         letTheClockTick();
         start({own.root().path()}, options());
-        if (stream->figures().folders != 1) return "what can't be read is known";
+        if (stream->figures().watched != 1) return "what can't be read is watched";
         if (::chmod(own.path("closed").c_str(), 0755) != 0) return "no rights";
         if (!heard.waitFor({own.path("closed"), own.path("closed/inner")})) return "not told";
         heard.forgetAll();

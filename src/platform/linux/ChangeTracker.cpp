@@ -14,12 +14,16 @@ constexpr std::size_t visitsInASlice = 64;
 /// Beyond so many changed folders the roots are told instead.
 constexpr std::size_t mostChanges = 16'384;
 
-/// There is no folder to be seen under that name, as far as this program can ever tell.
+/// No folder stands under that name.
 bool isAbsence(std::error_code reason) {
     return reason == std::errc::no_such_file_or_directory || reason == std::errc::not_a_directory ||
-           reason == std::errc::too_many_symbolic_link_levels || reason == std::errc::cross_device_link ||
-           reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted ||
-           reason == std::errc::filename_too_long;
+           reason == std::errc::too_many_symbolic_link_levels;
+}
+
+/// One does, and is closed to this program: by its permissions, or because something is mounted there.
+bool isDenial(std::error_code reason) {
+    return reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted ||
+           reason == std::errc::cross_device_link;
 }
 
 OpenedFolder openRoot(const std::string& path) {
@@ -137,7 +141,8 @@ void ChangeTracker::beginRound() {
     for (Folder folder = 0; folder < folders_.end(); ++folder) {
         if (!folders_.has(folder, WatchedFolders::isUsed)) continue;
         if (folders_.isRoot(folder) || folders_.watch(folder) == WatchedFolders::unwatched ||
-            !folders_.has(folder, WatchedFolders::isListed))
+            !folders_.has(folder, WatchedFolders::isListed) ||
+            folders_.has(folder, WatchedFolders::isDoubtful))
             enqueue(folder, Turn::last);
     }
 }
@@ -152,7 +157,9 @@ void ChangeTracker::visit(Folder folder) {
     const int watch = watchOf(folder, *opened);
     const bool isListed = folders_.has(folder, WatchedFolders::isListed);
     const bool isWatched = watch != WatchedFolders::unwatched;
-    if (isWatched && watch == before && isListed && !folders_.has(folder, WatchedFolders::isDeep)) return;
+    const bool mustBeRead = !isListed || folders_.has(folder, WatchedFolders::isDeep) ||
+                            folders_.has(folder, WatchedFolders::isDoubtful);
+    if (isWatched && watch == before && !mustBeRead) return;
     if (before != WatchedFolders::unwatched && watch != before) {
         // Another folder stands there now, so nothing known of what lies below can be trusted.
         folders_.set(folder, WatchedFolders::isDeep);
@@ -168,29 +175,42 @@ void ChangeTracker::read(Folder folder, const FolderHandle& handle, bool isCompa
     const std::optional<std::int64_t> changedAt = changeDate(handle);
     const Listing listing = list(folder, handle, isCompared);
     if (!listing.isWhole) {
-        // Comes again with the next round.
-        folders_.clear(folder, WatchedFolders::isListed);
+        folders_.set(folder, WatchedFolders::isDoubtful);
         return;
     }
     folders_.set(folder, WatchedFolders::isListed);
     if (folders_.take(folder, WatchedFolders::isFresh) || (isFirst && changedAt && *changedAt >= since_))
         tell(folder);
     if (!isCompared) return;
-    if (!isFirst && listing.signature != folders_.signature(folder)) tell(folder);
+    if (!isFirst && listing.signature != folders_.signature(folder)) {
+        tell(folder);
+        lookAtChildren(folder);
+    }
     folders_.setSignature(folder, listing.signature);
 }
 
+/// In a folder that is not watched, another folder may have taken the place of one that is.
+void ChangeTracker::lookAtChildren(Folder folder) {
+    for (Folder child = folders_.firstChild(folder); child != WatchedFolders::none;
+         child = folders_.nextSibling(child))
+        enqueue(child, Turn::next);
+}
+
 void ChangeTracker::lose(Folder folder, std::error_code reason) {
-    if (!isAbsence(reason)) {
-        // A passing trouble, like too many open files: the next round asks again.
-        folders_.clear(folder, WatchedFolders::isListed);
-        return;
-    }
-    if (!folders_.isRoot(folder)) {
+    if (folders_.isRoot(folder) ? isAbsence(reason) || isDenial(reason) : isDenial(reason)) {
+        // Each round asks for it; when it opens again it is news.
+        empty(folder);
+    } else if (isAbsence(reason)) {
+        // Perhaps only a folder above was away for a moment, which nobody tells where that is not watched.
+        folders_.set(folders_.parentOf(folder), WatchedFolders::isDoubtful);
         forget(folder);
-        return;
+    } else {
+        // A passing trouble, like too many open files.
+        folders_.set(folder, WatchedFolders::isDoubtful);
     }
-    // Each round asks for the root; when it comes back it is news.
+}
+
+void ChangeTracker::empty(Folder folder) {
     if (folders_.take(folder, WatchedFolders::isListed)) tell(folder);
     folders_.clear(folder, WatchedFolders::isDeep);
     folders_.set(folder, WatchedFolders::isFresh);
@@ -202,6 +222,7 @@ void ChangeTracker::lose(Folder folder, std::error_code reason) {
 
 ChangeTracker::Listing ChangeTracker::list(Folder folder, const FolderHandle& handle, bool isCompared) {
     const bool isDeep = folders_.take(folder, WatchedFolders::isDeep);
+    folders_.clear(folder, WatchedFolders::isDoubtful);
     Listing listing;
     reader_.begin(handle, FolderReader::Details::namesOnly);
     for (FolderReader::Step step = reader_.next(); !isEnding_; step = reader_.next()) {

@@ -63,7 +63,9 @@ private:
     void enqueue(Folder folder, Turn turn);
     void visit(Folder folder);
     void read(Folder folder, const FolderHandle& handle, bool isCompared);
+    void lookAtChildren(Folder folder);
     void lose(Folder folder, std::error_code reason);
+    void empty(Folder folder);
     Listing list(Folder folder, const FolderHandle& handle, bool isCompared);
     void noteSubfolder(Folder folder, std::string_view name, bool isDeep);
     void forgetUnseen(Folder folder);

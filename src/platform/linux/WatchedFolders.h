@@ -24,8 +24,9 @@ public:
         isDeep = 4,  ///< what lies below is looked at again as well
         isFresh = 8, ///< came while the watcher ran, and is told once it was looked at
         isListed = 16,
-        isSeen = 32, ///< was met in the listing that is going on
-        isTold = 64, ///< is among the changes collected now
+        isSeen = 32,      ///< was met in the listing that is going on
+        isTold = 64,      ///< is among the changes collected now
+        isDoubtful = 128, ///< what is known to be in it may not be all
     };
 
     WatchedFolders();
