@@ -11,21 +11,6 @@ HAS_STAND_INS = stage.enter(stand_ins=True)
 IMAGE = "3f57d9401f8d"
 
 
-def cache_with_an_image(home, title):
-    """A cached list with one container image in it, as an earlier scan left it."""
-    data = home / "Library/Containers/com.docker.docker/Data"
-    return {
-        "schemaVersion": 1, "localeIdentifier": "en", "scanDate": "2026-01-05T10:00:00Z", "foundTotalBytes": 431000000,
-        "groups": [{
-            "id": "docker.images", "title": title, "icon": "shippingbox.fill",
-            "sectionID": "development", "sectionSortIndex": 2, "providerID": "docker", "relevancePolicy": "standard",
-            "subtitle": "", "baselineSafety": "revisar", "baselineReason": "Images can be pulled again.",
-            "items": [{"path": str(data / "images" / IMAGE), "size": 431000000, "isDirectory": False,
-                       "enrichmentKey": f"docker:image:{IMAGE}"}],
-        }],
-    }
-
-
 class Closing(unittest.TestCase):
     def setUp(self):
         self.addCleanup(stage.clean)
@@ -38,10 +23,7 @@ class Closing(unittest.TestCase):
 
     def begin(self, before_confirming=lambda: None):
         """The list with the image on it, the image selected and its deletion confirmed."""
-        folder = self.session.home / ".local/share/Vesko"
-        folder.mkdir(parents=True)
-        title = self.session.texts.of("probe.docker.images.title")
-        (folder / "scan-cache.json").write_text(json.dumps(cache_with_an_image(self.session.home, title)))
+        title = screens.leave_list_with_image(self.session, IMAGE, 431_000_000)
         screen = screens.Cleanup(self.session.start()).open().wait_for_scan()
         screen.search(title)
         screen.toggle(lambda: screen.box_of_group(title))

@@ -10,21 +10,6 @@ import stage
 HAS_STAND_INS = stage.enter(stand_ins=True)
 
 
-def cached_list(home, title):
-    """A list as an earlier scan left it, with an image that is no longer there."""
-    path = str(home / "Library/Containers/com.docker.docker/Data/images/0123456789ab")
-    return {
-        "schemaVersion": 1, "localeIdentifier": "en", "scanDate": "2026-01-05T10:00:00Z", "foundTotalBytes": 777000000,
-        "groups": [{
-            "id": "docker.images", "title": title, "icon": "shippingbox.fill", "sectionID": "development",
-            "sectionSortIndex": 2, "providerID": "docker", "relevancePolicy": "standard", "subtitle": "",
-            "baselineSafety": "revisar", "baselineReason": "Images can be pulled again.",
-            "items": [{"path": path, "size": 777000000, "isDirectory": False,
-                       "enrichmentKey": "docker:image:0123456789ab"}],
-        }],
-    }
-
-
 class HangingTool(unittest.TestCase):
     def setUp(self):
         self.addCleanup(stage.clean)
@@ -52,10 +37,8 @@ class HangingTool(unittest.TestCase):
         return screen
 
     def testTheCachedListStandsBeforeItsProbeHasAnswered(self):
-        folder = self.session.home / ".local/share/Vesko"
-        folder.mkdir(parents=True)
-        title = self.session.texts.of("probe.docker.images.title")
-        (folder / "scan-cache.json").write_text(json.dumps(cached_list(self.session.home, title)))
+        # An image that is no longer there.
+        title = screens.leave_list_with_image(self.session, "0123456789ab", 777_000_000)
         screen = self.begin()
         screen.search(title)
         self.assertIn("777 MB", screen.row(title).name)

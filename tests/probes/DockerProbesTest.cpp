@@ -1,16 +1,12 @@
 #include "probes/DockerProbes.h"
 
 #include "core/CatalogRows.h"
-#include "core/DiskSizeCalculator.h"
 #include "support/Fixtures.h"
 #include "support/FoundItems.h"
 #include "support/LanguageScope.h"
-#include "support/ScriptedSizes.h"
-#include "support/ToolScript.h"
+#include "support/ToolProbeTest.h"
 #include "support/builders.h"
-#include <cstdlib>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 namespace vesko {
 namespace {
@@ -23,8 +19,6 @@ using ::testing::IsEmpty;
 using testing::itemsOf;
 using testing::ScriptedSizes;
 using ::testing::SizeIs;
-using testing::TempTree;
-using testing::ToolScript;
 using ::testing::UnorderedElementsAre;
 using Command = testing::FakeRunner::Command;
 
@@ -45,16 +39,8 @@ Command formattedUse(const std::string& docker) {
 }
 Command plainUse(const std::string& docker) { return {docker, "system", "df"}; }
 
-class DockerProbesTest : public ::testing::Test {
+class DockerProbesTest : public testing::ToolProbeTest {
 protected:
-    ProbeResult run(const ScanProbe& probe) {
-        runner = script.runner();
-        ProbeContext context;
-        context.home = tree.root();
-        context.size = sizes;
-        context.runner = runner;
-        return probe.run(context);
-    }
     ProbeResult images() { return run(DockerImagesProbe(rowMetadata("docker.images"))); }
     ProbeResult volumes() { return run(DockerVolumesProbe(rowMetadata("docker.volumes"))); }
     ProbeResult buildCache() { return run(DockerBuildCacheProbe(rowMetadata("docker.buildcache"))); }
@@ -81,11 +67,6 @@ protected:
         made.enrichmentKey = {"docker:unsupported"};
         return made;
     }
-
-    TempTree tree;
-    ToolScript script;
-    std::shared_ptr<testing::FakeRunner> runner;
-    std::shared_ptr<ScriptedSizes> sizes = std::make_shared<ScriptedSizes>();
 };
 
 // The look-up of the tool.
@@ -310,42 +291,6 @@ TEST_F(DockerProbesTest, AFolderOfVolumesThatIsMissingOrNoFolderIsNoGroup) {
     EXPECT_EQ(volumes(), ProbeResult());
     tree.file(volumesFolder);
     EXPECT_EQ(volumes(), ProbeResult());
-}
-
-/// While it lives, an administrator's process reads as an ordinary user.
-class AsNobody {
-public:
-    AsNobody() : mayAct_(::geteuid() != 0 || ::seteuid(65534) == 0) {}
-    AsNobody(const AsNobody&) = delete;
-    AsNobody& operator=(const AsNobody&) = delete;
-    ~AsNobody() {
-        if (::seteuid(::getuid()) != 0) std::abort();
-    }
-    bool mayAct() const { return mayAct_; }
-
-private:
-    bool mayAct_;
-};
-
-TEST_F(DockerProbesTest, VolumesThatOnlyAnAdministratorMayReadDoNotShow) {
-    using enum std::filesystem::perms;
-    tree.file("closed/data/content", std::string(100'000, 'x'));
-    std::filesystem::permissions(tree.root().path(), owner_all | others_read | others_exec);
-    running();
-    script.on(listVolumes(usual), "closed\n").on(inspect(usual, "closed"), tree.path("closed/data"));
-    ProbeContext context;
-    context.home = tree.root();
-    context.size = std::make_shared<DiskSizeCalculator>();
-    context.runner = script.runner();
-    const DockerVolumesProbe probe(rowMetadata("docker.volumes"));
-    EXPECT_TRUE(probe.run(context).group);
-    std::filesystem::permissions(tree.path("closed"), none);
-    {
-        const AsNobody ordinary;
-        ASSERT_TRUE(ordinary.mayAct());
-        EXPECT_EQ(probe.run(context), ProbeResult());
-    }
-    std::filesystem::permissions(tree.path("closed"), owner_all);
 }
 
 // The build cache.

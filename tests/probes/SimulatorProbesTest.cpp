@@ -6,8 +6,7 @@
 #include "support/FoundItems.h"
 #include "support/LanguageScope.h"
 #include "support/PortugueseLocale.h"
-#include "support/ScriptedSizes.h"
-#include "support/ToolScript.h"
+#include "support/ToolProbeTest.h"
 #include "support/builders.h"
 #include <gmock/gmock.h>
 
@@ -20,8 +19,6 @@ using ::testing::IsEmpty;
 using testing::itemsOf;
 using testing::LanguageScope;
 using testing::ScriptedSizes;
-using testing::TempTree;
-using testing::ToolScript;
 using ::testing::UnorderedElementsAre;
 using Command = testing::FakeRunner::Command;
 
@@ -30,16 +27,8 @@ const Command listRuntimes{"/usr/bin/xcrun", "simctl", "list", "runtimes", "-j"}
 const std::string deviceRoot = "Library/Developer/CoreSimulator/Devices";
 const std::string runtimeRoot = "Library/Developer/CoreSimulator/Profiles/Runtimes";
 
-class SimulatorProbesTest : public ::testing::Test {
+class SimulatorProbesTest : public testing::ToolProbeTest {
 protected:
-    ProbeResult run(const ScanProbe& probe) {
-        runner = script.runner();
-        ProbeContext context;
-        context.home = tree.root();
-        context.size = sizes;
-        context.runner = runner;
-        return probe.run(context);
-    }
     ProbeResult all() { return run(SimulatorProbe(rowMetadata("xcode.simulators.all"), false)); }
     ProbeResult unavailable() {
         return run(SimulatorProbe(rowMetadata("xcode.simulators.unavailable"), true));
@@ -60,11 +49,6 @@ protected:
         made.enrichmentKey = {"simulator:" + udid};
         return made;
     }
-
-    TempTree tree;
-    ToolScript script;
-    std::shared_ptr<testing::FakeRunner> runner;
-    std::shared_ptr<const SizeCalculating> sizes = std::make_shared<ScriptedSizes>();
 };
 
 // Devices.
@@ -110,18 +94,16 @@ TEST_F(SimulatorProbesTest, ADataPathIsAlwaysCutByOneComponent) {
 }
 
 TEST_F(SimulatorProbesTest, DevicesAreMeasuredFollowingLinks) {
-    const auto scripted = std::make_shared<ScriptedSizes>();
-    sizes = scripted;
     devices(R"({"udid":"A","name":"n","isAvailable":true,"dataPath":"/x/A/data"})");
     all();
-    EXPECT_THAT(scripted->calls(), ElementsAre(ScriptedSizes::Call{"/x/A", true, false}));
+    EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{"/x/A", true, false}));
 }
 
 TEST_F(SimulatorProbesTest, ADeviceThatNoLongerHasAFolderDoesNotShow) {
-    sizes = std::make_shared<DiskSizeCalculator>();
     tree.file(deviceRoot + "/HERE/data/db", std::string(50'000, 'x'));
     devices(R"({"udid":"HERE","name":"n","isAvailable":true},{"udid":"GONE","name":"n","isAvailable":true})");
-    const ProbeResult result = all();
+    const ProbeResult result = run(SimulatorProbe(rowMetadata("xcode.simulators.all"), false),
+                                   std::make_shared<DiskSizeCalculator>());
     ASSERT_TRUE(result.group);
     EXPECT_THAT(testing::paths(itemsOf(result)), ElementsAre(tree.path(deviceRoot + "/HERE")));
     EXPECT_THAT(result.errors, IsEmpty());

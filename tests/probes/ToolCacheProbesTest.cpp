@@ -5,8 +5,7 @@
 #include "support/Fixtures.h"
 #include "support/FoundItems.h"
 #include "support/PortugueseLocale.h"
-#include "support/ScriptedSizes.h"
-#include "support/ToolScript.h"
+#include "support/ToolProbeTest.h"
 #include "support/builders.h"
 #include <gmock/gmock.h>
 
@@ -17,8 +16,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::itemsOf;
 using testing::ScriptedSizes;
-using testing::TempTree;
-using testing::ToolScript;
 using ::testing::UnorderedElementsAre;
 using Command = testing::FakeRunner::Command;
 
@@ -27,15 +24,10 @@ const Command firstBrew{"/opt/homebrew/bin/brew", "--cache"};
 const Command secondBrew{"/usr/local/bin/brew", "--cache"};
 const std::string standard = "Library/Caches/Homebrew";
 
-class ToolCacheProbesTest : public ::testing::Test {
+class ToolCacheProbesTest : public testing::ToolProbeTest {
 protected:
     template <class Probe> ProbeResult run(const char* id = "cache.homebrew") {
-        runner = script.runner();
-        ProbeContext context;
-        context.home = tree.root();
-        context.size = sizes;
-        context.runner = runner;
-        const ProbeResult result = Probe(rowMetadata(id)).run(context);
+        const ProbeResult result = ToolProbeTest::run(Probe(rowMetadata(id)));
         EXPECT_THAT(result.errors, IsEmpty());
         return result;
     }
@@ -49,14 +41,24 @@ protected:
                 list.push_back(path.substr(tree.root().path().size() + 1));
         return list;
     }
+    /// That the place is the group's one item once something lies in it, asks no tool, and needs to weigh
+    /// something.
+    template <class Probe> void expectOneItem(const char* id, const std::string& place) {
+        EXPECT_EQ(run<Probe>(id), ProbeResult());
+        EXPECT_THAT(sizes->calls(), IsEmpty());
+        tree.file(place + "/inside/a");
+        const ProbeResult result = run<Probe>(id);
+        ASSERT_TRUE(result.group);
+        EXPECT_EQ(result.group->id, id);
+        EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(place), 1000)});
+        EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(place), true, false}));
+        EXPECT_THAT(runner->commands(), IsEmpty());
+        weighingNothing();
+        EXPECT_EQ(run<Probe>(id), ProbeResult());
+    }
     void weighingNothing() {
         sizes = std::make_shared<ScriptedSizes>([](const FileURL&) { return 0; });
     }
-
-    TempTree tree;
-    ToolScript script;
-    std::shared_ptr<testing::FakeRunner> runner;
-    std::shared_ptr<ScriptedSizes> sizes = std::make_shared<ScriptedSizes>();
 };
 
 // brew
@@ -160,30 +162,11 @@ TEST(HomebrewCacheAnswer, APersonsLocaleChangesNothing) {
 // Maven and SwiftPM
 
 TEST_F(ToolCacheProbesTest, TheMavenRepositoryIsOneItem) {
-    EXPECT_EQ(run<MavenCacheProbe>("cache.maven"), ProbeResult());
-    EXPECT_THAT(sizes->calls(), IsEmpty());
-    tree.file(".m2/repository/org/a.jar");
-    const ProbeResult result = run<MavenCacheProbe>("cache.maven");
-    ASSERT_TRUE(result.group);
-    EXPECT_EQ(result.group->id, "cache.maven");
-    EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(".m2/repository"), 1000)});
-    EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(".m2/repository"), true, false}));
-    EXPECT_THAT(runner->commands(), IsEmpty());
-    weighingNothing();
-    EXPECT_EQ(run<MavenCacheProbe>("cache.maven"), ProbeResult());
+    expectOneItem<MavenCacheProbe>("cache.maven", ".m2/repository");
 }
 
 TEST_F(ToolCacheProbesTest, TheSwiftPackageCacheIsOneItem) {
-    const std::string place = "Library/Caches/org.swift.swiftpm";
-    EXPECT_EQ(run<SwiftPMCacheProbe>("cache.swiftpm"), ProbeResult());
-    tree.file(place + "/repositories/a");
-    const ProbeResult result = run<SwiftPMCacheProbe>("cache.swiftpm");
-    ASSERT_TRUE(result.group);
-    EXPECT_EQ(result.group->id, "cache.swiftpm");
-    EXPECT_EQ(itemsOf(result), ItemList{testing::item(tree.path(place), 1000)});
-    EXPECT_THAT(sizes->calls(), ElementsAre(ScriptedSizes::Call{tree.path(place), true, false}));
-    weighingNothing();
-    EXPECT_EQ(run<SwiftPMCacheProbe>("cache.swiftpm"), ProbeResult());
+    expectOneItem<SwiftPMCacheProbe>("cache.swiftpm", "Library/Caches/org.swift.swiftpm");
 }
 
 // JetBrains

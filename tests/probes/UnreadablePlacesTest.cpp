@@ -1,11 +1,14 @@
 // Folders that this user may not read. In a child process, which gives up the rights of the super-user.
 #include "core/CatalogRows.h"
+#include "core/DiskSizeCalculator.h"
+#include "probes/DockerProbes.h"
 #include "probes/IOSBackupProbe.h"
 #include "probes/InstallerProbe.h"
 #include "probes/ShallowScanProbe.h"
 
 #include "support/MountNamespace.h"
 #include "support/ProbeHome.h"
+#include "support/ToolScript.h"
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
@@ -67,6 +70,21 @@ TEST_F(UnreadablePlaces, InstallersOfTheOtherPlacesAreFound) {
     ASSERT_EQ(problem(probe, {"Desktop/c.dmg", "Downloads/b.dmg", "a.dmg"}), "");
     forbid({"Downloads", "Desktop"});
     EXPECT_EQ(problem(probe, {"a.dmg"}), "");
+}
+
+TEST_F(UnreadablePlaces, DockersVolumesDoNotShow) {
+    const std::string docker = "/usr/local/bin/docker";
+    testing::ToolScript script;
+    script.on({docker, "info"}, "").on({docker, "volume", "ls", "-q"}, "closed\n");
+    script.on({docker, "volume", "inspect", "closed", "--format", "{{.Mountpoint}}"},
+              home.tree.path("closed/data"));
+    home.tree.file("closed/data/content", std::string(100'000, 'x'));
+    home.context.runner = script.runner();
+    home.context.size = std::make_shared<DiskSizeCalculator>();
+    const DockerVolumesProbe probe(rowMetadata("docker.volumes"));
+    ASSERT_EQ(problem(probe, {"closed/data"}), "");
+    forbid({"closed"});
+    EXPECT_EQ(problem(probe, {}), "");
 }
 
 } // namespace
