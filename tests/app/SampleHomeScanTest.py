@@ -155,6 +155,15 @@ class SampleHomeScan(unittest.TestCase):
                 self.assertFalse(f"{bystander}/".startswith(f"{path}/"), f"{path} takes {bystander}")
                 self.assertFalse(path.startswith(f"{bystander}/"), f"{path} is a part of {bystander}")
 
+    def testTheStatisticsCountTheCallsOfTheTools(self):
+        log = self.home / ".stand-ins/calls.log"
+        log.unlink(missing_ok=True)
+        started = json.loads(self.scan("--statistics").splitlines()[-1])["childrenStarted"]
+        calls = len(log.read_text(encoding="utf-8").splitlines())
+        # The stand-ins log what reaches them; a few children are other programs.
+        self.assertGreaterEqual(calls, 10)
+        self.assertTrue(calls <= started <= calls + 5, f"{started} started, {calls} logged")
+
     def testTheSummaryNamesEveryGroupInBothLanguages(self):
         catalog = json.loads((TOOLS.parent / "resources/Localizable.xcstrings").read_text(encoding="utf-8"))["strings"]
         groups = {MERGED if row.startswith("project.") else row for row in ROWS}

@@ -47,6 +47,8 @@ protected:
     TempTree tree;
     ScopedEnvironment locale{"LC_ALL", "C.UTF-8"};
     ScopedEnvironment home{"HOME", tree.folder("process-home").path()};
+    // The containers of whoever runs the tests are none of theirs.
+    ScopedEnvironment docker{"DOCKER_HOST", "unix://" + tree.path("no-daemon")};
 };
 
 /// The report's groups but those of tools, which know things of the whole machine.
@@ -119,7 +121,7 @@ TEST_F(VeskoScan, AnEmptyHomeGivesAnEmptyReport) {
     tree.folder("empty");
     const auto lines = events(run({"--home", tree.path("empty")}).output);
     ASSERT_FALSE(lines.empty());
-    EXPECT_THAT(lines.back()["report"]["groups"], IsEmpty());
+    EXPECT_THAT(groupsOfFiles(lines.back()["report"]), IsEmpty());
 }
 
 TEST_F(VeskoScan, StatisticsAreOneMoreLineAtTheEnd) {
@@ -133,7 +135,7 @@ TEST_F(VeskoScan, StatisticsAreOneMoreLineAtTheEnd) {
     EXPECT_EQ(statistics["measuring"]["foldersRead"], 2);
     EXPECT_EQ(statistics["measuring"]["entriesRead"], 3);
     EXPECT_TRUE(statistics["searching"]["foldersRead"].is_number_integer());
-    EXPECT_GE(statistics["childrenStarted"], 0);
+    EXPECT_TRUE(statistics["childrenStarted"].is_number_integer());
     const std::string table = run({"--statistics", "--summary", "--home", tree.path("home")}).output;
     EXPECT_THAT(table, HasSubstr("can be freed\n{\"event\":\"statistics\""));
 }

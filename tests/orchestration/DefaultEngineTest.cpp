@@ -28,6 +28,8 @@ protected:
 
     ScopedEnvironment home{"HOME", tree.path("home")};
     ScopedEnvironment data{"XDG_DATA_HOME", std::nullopt};
+    // The containers of whoever runs the tests are none of theirs.
+    ScopedEnvironment docker{"DOCKER_HOST", "unix://" + tree.path("no-daemon")};
 };
 
 TEST_F(DefaultEngine, AScanRunsTheWholeCatalogOverTheHomeAndMeasures) {

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -67,7 +68,10 @@ private:
 /// A file system in memory where there is one: 10,000 files are made a hundred times over.
 class InMemory {
 protected:
-    ScopedEnvironment place{"TMPDIR", ::access("/dev/shm", W_OK | X_OK) == 0 ? "/dev/shm" : "/tmp"};
+    InMemory() {
+        if (::access("/dev/shm", W_OK | X_OK) == 0) place.emplace("TMPDIR", "/dev/shm");
+    }
+    std::optional<ScopedEnvironment> place;
 };
 
 /// A home with one large folder of 8,000 files and 2,000 single ones to delete, and things beside them that
@@ -235,7 +239,10 @@ TEST_F(KilledDeletion, LeavesOnlyLessOfWhatWentAndTheNextStartShowsTheRest) {
             deleting.kill();
         }
         const bool isAnythingLeft = fs::exists(tree.path("Library/Caches/large")) || !singleOnes().empty();
-        if (isAnythingLeft) ++killedMeanwhile;
+        if (isAnythingLeft)
+            ++killedMeanwhile;
+        else
+            whole = whole * 9 / 10; // the machine has become quicker than it was undisturbed
         expectCanaries(inodes);
         EXPECT_EQ(parts.demotedPathsStore->load(), demoted);
         const auto cached = parts.scanCacheStore->load();

@@ -6,6 +6,7 @@
 #include "ui/RowMirror.h"
 #include "ui/ScreenStage.h"
 #include <QAbstractItemModelTester>
+#include <QElapsedTimer>
 #include <QThread>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -203,7 +204,8 @@ TEST_F(CleanupList, TheVerdictOfAGroupOfManyItemsComesWithinAFewTurns) {
     stage.model->enrichmentStore().clear();
     stage.model->enrichmentStore().apply({{items.back().enrichmentKey, risky}});
     stage.cleanup.refresh();
-    for (int turn = 0; turn < 200 && safety() != Safety::risco; ++turn) {
+    QElapsedTimer waited;
+    for (waited.start(); safety() != Safety::risco && waited.elapsed() < 10'000;) {
         QThread::msleep(2);
         stage.settle();
     }
