@@ -1,5 +1,6 @@
 // Every probe's kind and parameters, row by row.
 #include "core/CatalogRows.h"
+#include "core/InstalledApplications.h"
 #include "core/ProbeCatalog.h"
 #include "probes/DockerProbes.h"
 #include "probes/IOSBackupProbe.h"
@@ -10,7 +11,6 @@
 #include "probes/UninstallerSpotlightQuery.h"
 #include "probes/UnusedAppsProbe.h"
 
-#include "core/InstalledApplications.h"
 #include "support/FakeRunner.h"
 #include "support/ProbeHome.h"
 #include <gmock/gmock.h>
@@ -123,6 +123,7 @@ TEST(CatalogParameters, AreThoseOfEachRow) {
 }
 
 TEST(CatalogParameters, DockerIsLookedForInItsTwoPlaces) {
+    int asked = 0;
     for (const auto& probe : probeCatalog()) {
         if (!probe->metadata().id.starts_with("docker.")) continue;
         const testing::ProbeHome home;
@@ -131,17 +132,22 @@ TEST(CatalogParameters, DockerIsLookedForInItsTwoPlaces) {
         EXPECT_THAT(home.runner->commands(), ElementsAre(Command{"/usr/local/bin/docker", "info"},
                                                          Command{"/opt/homebrew/bin/docker", "info"}))
             << probe->metadata().id;
+        ++asked;
     }
+    EXPECT_EQ(asked, 3);
 }
 
 TEST(CatalogParameters, UnusedApplicationsAreLookedForWhereTheyAreInstalled) {
+    int asked = 0;
     for (const auto& probe : probeCatalog()) {
         const auto* unused = dynamic_cast<const UnusedAppsProbe*>(probe.get());
         if (!unused) continue;
         const auto* query = dynamic_cast<const UninstallerSpotlightQuery*>(&unused->query());
         ASSERT_TRUE(query);
         EXPECT_EQ(query->applicationRoots(), applicationRoots());
+        ++asked;
     }
+    EXPECT_EQ(asked, 1);
 }
 
 } // namespace

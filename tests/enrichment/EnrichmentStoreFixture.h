@@ -22,7 +22,7 @@ public:
     Date date = dateFromUnixSeconds(1'795'256'100);
 };
 
-/// Runs each closure inside post's caller's next turn, so that a test decides when a write happens.
+/// Keeps every closure until `run`, so that a test decides when a write happens.
 class HeldWorkers : public Executor {
 public:
     void post(std::function<void()> closure) override { held.push_back(std::move(closure)); }

@@ -8,10 +8,13 @@
 #include "platform/posix/RecordingVisitor.h"
 #include "platform/posix/WalkCounts.h"
 #include <atomic>
+#include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sstream>
 #include <thread>
+#include <unistd.h>
 
 namespace vesko {
 namespace {
@@ -234,30 +237,70 @@ TEST_F(MeasuredTreesTest, ManyWhoAskAtOnceShareOneReading) {
     EXPECT_EQ(foldersRead(), 301);
 }
 
-TEST_F(MeasuredTreesTest, WhoIsCancelledStopsWaiting) {
-    const OddTree tree(OddTree::Place::memory);
-    growLarge(tree);
-    bool leftEarly = false;
-    for (int attempt = 0; attempt < 50 && !leftEarly; ++attempt) {
-        MeasuredTrees fresh;
-        std::atomic<bool> begun{false};
-        std::atomic<bool> ended{false};
-        std::thread reader([&] {
-            begun = true;
-            fresh.bytes(tree.url("large"), false);
-            ended = true;
-        });
-        while (!begun) std::this_thread::yield();
-        std::this_thread::sleep_for(std::chrono::microseconds(200));
-        const StopSource source;
-        std::thread canceller([&] { source.requestStop(); });
-        const CurrentTaskScope scope(source.token());
-        const auto answer = fresh.bytes(tree.url("large/0"), false);
-        leftEarly = !answer && !ended;
-        canceller.join();
-        reader.join();
+/// While it lives, a signal holds the thread that it is sent to, wherever that is: until it may go, but no
+/// longer than two seconds.
+class Holding {
+public:
+    Holding() {
+        isHeld_ = false;
+        mayGo_ = false;
+        struct sigaction action = {};
+        action.sa_handler = [](int) {
+            const int before = errno;
+            isHeld_ = true;
+            for (int wait = 0; !mayGo_ && wait < 4'000; ++wait) ::usleep(500);
+            isHeld_ = false;
+            errno = before;
+        };
+        action.sa_flags = SA_RESTART;
+        ::sigaction(SIGUSR1, &action, &before_);
     }
-    EXPECT_TRUE(leftEarly);
+    Holding(const Holding&) = delete;
+    Holding& operator=(const Holding&) = delete;
+    ~Holding() { ::sigaction(SIGUSR1, &before_, nullptr); }
+
+    void hold(std::thread& thread) {
+        ::pthread_kill(thread.native_handle(), SIGUSR1);
+        for (int wait = 0; !isHeld_ && wait < 1'000; ++wait) ::usleep(500);
+    }
+    bool isHeld() const { return isHeld_; }
+    void letGo() { mayGo_ = true; }
+
+private:
+    static inline std::atomic<bool> isHeld_;
+    static inline std::atomic<bool> mayGo_;
+    struct sigaction before_ = {};
+};
+
+/// Whether a request for a part leaves when it is cancelled although the reading of the whole, which it waits
+/// for, gets no further. False also where that was held too early or too late and there was nothing to wait
+/// for.
+bool leavesWhileOneReads(const OddTree& tree) {
+    Holding holding;
+    MeasuredTrees trees;
+    std::thread reader([&] { trees.bytes(tree.url("large"), false); });
+    std::this_thread::sleep_for(std::chrono::microseconds(500));
+    holding.hold(reader);
+    const StopSource source;
+    std::thread canceller([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        source.requestStop();
+    });
+    const CurrentTaskScope scope(source.token());
+    const auto answer = trees.bytes(tree.url("large/0"), false);
+    const bool inTime = holding.isHeld();
+    holding.letGo();
+    canceller.join();
+    reader.join();
+    return !answer && inTime;
+}
+
+TEST_F(MeasuredTreesTest, WhoIsCancelledStopsWaiting) {
+    const OddTree memory(OddTree::Place::memory);
+    growLarge(memory);
+    bool leaves = false;
+    for (int attempt = 0; attempt < 10 && !leaves; ++attempt) leaves = leavesWhileOneReads(memory);
+    EXPECT_TRUE(leaves);
 }
 
 TEST_F(MeasuredTreesTest, WhoWaitsForACancelledReadingReadsForItself) {

@@ -1,7 +1,7 @@
 // tree_tool size PATH [links]     prints the quick figure, or "nothing"
 // tree_tool usage PATH THREADS    prints the figure of a walk with so many threads
 // tree_tool counts PATH [names]   walks with two threads and prints what was counted, one figure a line
-// tree_tool shared PATH...         prints each place's figure, all measured together; -1 for none
+// tree_tool shared PATH...        prints each place's figure, all measured together; -1 for none
 // tree_tool visible PATH          prints what the last-resort walk gives
 // tree_tool remove PATH           prints "gone BYTES ENTRIES", or "KIND CODE PATH" with the path's bytes as
 // they are
@@ -99,8 +99,7 @@ int main(int count, char** words) {
     if (count == 3 && std::strcmp(words[1], "visible") == 0) return visible(words[2]);
     if (count == 3 && std::strcmp(words[1], "remove") == 0) return removeItem(words[2]);
     std::fputs("tree_tool size PATH [links] | usage PATH THREADS | counts PATH [names] | shared PATH... | "
-               "visible PATH | "
-               "remove PATH\n",
+               "visible PATH | remove PATH\n",
                stderr);
     return 2;
 }

@@ -110,7 +110,7 @@ TEST_F(ProjectArtifactProbeTest, OfFoldersInsideOneAnotherOnlyTheOutermostCounts
 }
 
 TEST_F(ProjectArtifactProbeTest, PathsAreTakenShortestFirstByTheirCharacters) {
-    // Five bytes, four characters: shorter than "sixth" although its bytes are not.
+    // Six bytes, four characters: shorter than "sixth" although its bytes are not.
     answerFolders({"sixth/node_modules", "maçã/node_modules", "ab/node_modules", "cd/node_modules"});
     found();
     std::vector<std::string> order;

@@ -3,6 +3,7 @@
 #include "concurrency/CurrentTask.h"
 #include "support/FakeRunner.h"
 #include "support/TempTree.h"
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace vesko {
@@ -21,13 +22,9 @@ std::string folderQuery(const std::string& name) {
 
 class ScanCommandRunnerTest : public ::testing::Test {
 protected:
-    ScanCommandRunnerTest() {
-        if (std::filesystem::exists(search)) missing = false;
-    }
     void SetUp() override {
-        if (!missing) GTEST_SKIP() << "this system has a search index of its own";
+        if (std::filesystem::exists(search)) GTEST_SKIP() << "this system has a search index of its own";
     }
-    bool missing = true;
     TempTree tree;
     std::shared_ptr<FakeRunner> tools = std::make_shared<FakeRunner>(
         [](const FakeRunner::Command&) { return CommandResult{7, "from the tools"}; });
@@ -71,6 +68,9 @@ TEST_F(ScanCommandRunnerTest, ACancelledScanHearsOfNoFailure) {
 }
 
 TEST_F(ScanCommandRunnerTest, ARunnerOfItsOwnKnowsTheTablesOfTheSystem) {
+    tree.folder("a/build");
+    EXPECT_EQ(ScanCommandRunner().run(search, {"-onlyin", tree.root().path(), folderQuery("build")}),
+              (CommandResult{0, tree.path("a/build") + "\n"}));
     EXPECT_EQ(ScanCommandRunner().run("/bin/sh", {"-c", "echo real; exit 3"}), (CommandResult{3, "real\n"}));
 }
 

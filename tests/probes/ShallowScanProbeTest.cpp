@@ -226,7 +226,7 @@ TEST_F(ShallowScanProbeTest, ALinkIsFollowedByTheMeasuringAlone) {
     EXPECT_GE(result.group->items[0].size, 400'000);
 }
 
-TEST_F(ShallowScanProbeTest, WhatWasKeptBeforeACancelIsHandedToTheMeasuring) {
+TEST_F(ShallowScanProbeTest, ACancelledRunMeasuresNothing) {
     folders({"a.b.c", "d.e.f"});
     StopSource source;
     source.requestStop();

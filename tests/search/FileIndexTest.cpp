@@ -1,6 +1,8 @@
 #include "search/FileIndex.h"
 
+#include "base/ChildProcess.h"
 #include "support/TempTree.h"
+#include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -128,12 +130,13 @@ TEST_F(FileIndexTest, WhatIsGoneOrBecameAnotherKindIsNotFound) {
 TEST_F(FileIndexTest, AFolderWithALongPathIsFound) {
     std::string deep;
     for (int level = 0; level < 30; ++level) deep += std::string(200, 'd') + "/";
-    const std::string build =
-        "cd \"$0\" && i=0; while [ $i -lt 30 ]; do mkdir \"$1\" && cd -P \"$1\" || exit 1; "
-        "i=$((i+1)); done; mkdir build";
-    ASSERT_EQ(
-        std::system(("sh -c '" + build + "' " + tree.root().path() + " " + std::string(200, 'd')).c_str()),
-        0);
+    const auto made = runChild("/bin/sh", {"-c",
+                                           R"(cd "$1" && i=0; while [ $i -lt 30 ]; do
+                                                  mkdir "$2" && cd -P "$2" || exit 1; i=$((i+1))
+                                              done; mkdir build)",
+                                           "sh", tree.root().path(), std::string(200, 'd')});
+    ASSERT_TRUE(made);
+    ASSERT_EQ(made->status, 0);
     EXPECT_THAT(found("build"), ElementsAre(deep + "build"));
 }
 

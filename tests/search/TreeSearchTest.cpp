@@ -1,6 +1,7 @@
 #include "search/TreeSearch.h"
 
 #include "concurrency/CurrentTask.h"
+#include "platform/posix/WalkCounts.h"
 #include "support/TempTree.h"
 #include <chrono>
 #include <filesystem>
@@ -65,6 +66,7 @@ TEST(TreeSearch, QueriesAtOnceGetTheSameAnswerFromOneWalk) {
         tree.file("p" + std::to_string(i) + "/package.json", "");
     }
     const TreeSearch search;
+    const std::int64_t before = walkCounts(WalkPurpose::searching).foldersRead;
     std::vector<std::future<std::size_t>> answers;
     for (int i = 0; i < 8; ++i)
         answers.push_back(std::async(std::launch::async, [&, i] {
@@ -72,6 +74,8 @@ TEST(TreeSearch, QueriesAtOnceGetTheSameAnswerFromOneWalk) {
             return search.search(tree.root(), EntryNamed{"package.json"})->size();
         }));
     for (auto& answer : answers) EXPECT_EQ(answer.get(), 120U);
+    // The root, and of each project its own folder and two below.
+    EXPECT_EQ(walkCounts(WalkPurpose::searching).foldersRead - before, 1 + 120 * 3);
 }
 
 /// A cancelled task neither keeps waiting nor takes the answer away from the others.
