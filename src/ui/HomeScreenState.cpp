@@ -10,14 +10,14 @@ namespace vesko {
 
 namespace {
 
-/// Like the bands that lie in them. Green is the free space, and the warning's colour the used space of the
-/// legend, so neither stands for a bucket.
+/// Like the bands that lie in them. Green is the free space. The remainder has the colour that the legend
+/// gives to the used space: it is that space as far as nothing explains it.
 SegmentColor bucketColor(std::string_view id) {
     if (id == "applications") return SegmentColor::cyan;
     if (id == "documents") return SegmentColor::pink;
     if (id == "media") return SegmentColor::slate;
     if (id == "library") return SegmentColor::purple;
-    return SegmentColor::muted;
+    return SegmentColor::warning;
 }
 
 void describeVolume(HomeScreenState& state, const HomeViewModel& home) {

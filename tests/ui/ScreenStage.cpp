@@ -34,6 +34,10 @@ std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
     parts.enricher = std::make_shared<UnavailableEnrichment>();
     parts.reviewer = std::make_shared<UnavailableReview>();
     parts.executor = std::make_shared<SystemCleanupExecutor>();
+    parts.scanEngineFactory = [this](ScanMode) {
+        ++scansStarted;
+        return ScanEngine();
+    };
     return std::make_shared<CleanupViewModel>(std::move(parts));
 }
 

@@ -6,6 +6,7 @@
 #include "storage/ScriptedFolderSizes.h"
 #include "support/TempTree.h"
 #include "ui/MainWindow.h"
+#include <atomic>
 #include <memory>
 #include <set>
 #include <string>
@@ -23,7 +24,11 @@ public:
 /// A volume with fixed figures.
 class FixedVolume final : public DiskVolumeReading {
 public:
-    DiskVolumeInfo readVolume() const override { return volume; }
+    DiskVolumeInfo readVolume() const override {
+        ++readings;
+        return volume;
+    }
+    mutable std::atomic<int> readings = 0;
     DiskVolumeInfo volume{500'000'000'000, 83'420'000'000, "Casa", AvailableSpaceMetric::standard};
 };
 
@@ -50,6 +55,7 @@ public:
     std::shared_ptr<HomeViewModel> homeModel;
     bool access;
     int settingsOpened = 0;
+    int scansStarted = 0; ///< they find nothing
     WindowModel shell;
     CleanupScreen cleanup;
     HomeScreen homeScreen;

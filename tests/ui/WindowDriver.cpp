@@ -35,6 +35,13 @@ bool isShown(const QQuickItem* item) {
     return true;
 }
 
+void collect(QQuickItem* from, const char* type, QList<QQuickItem*>& items) {
+    if (QString::fromLatin1(from->metaObject()->className()).startsWith(QLatin1String(type)) && isShown(from))
+        items.append(from);
+    const QList<QQuickItem*> children = from->childItems();
+    for (QQuickItem* child : children) collect(child, type, items);
+}
+
 void collectTexts(QQuickItem* from, QList<QQuickItem*>& texts) {
     if (from->inherits("QQuickText") && isShown(from)) texts.append(from);
     const QList<QQuickItem*> children = from->childItems();
@@ -164,6 +171,19 @@ void WindowDriver::waitFor(const std::function<bool()>& isSo) {
 }
 
 QQuickItem* WindowDriver::item(const char* type) const { return firstOfType(window()->contentItem(), type); }
+
+QList<QQuickItem*> WindowDriver::items(const char* type) const {
+    QList<QQuickItem*> found;
+    collect(window()->contentItem(), type, found);
+    return found;
+}
+
+void WindowDriver::click(QQuickItem* item) { click(item, {item->width() / 2, item->height() / 2}); }
+
+void WindowDriver::click(QQuickItem* item, QPointF at) {
+    QTest::mouseClick(window(), Qt::LeftButton, {}, item->mapToScene(at).toPoint());
+    stage.settle();
+}
 
 QStringList WindowDriver::textFaults() const {
     QList<QQuickItem*> texts;

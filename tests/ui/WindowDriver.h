@@ -35,6 +35,11 @@ public:
 
     /// The first item of a QML or C++ type.
     QQuickItem* item(const char* type) const;
+    /// All items of a QML or C++ type that are to be seen, in the order of the tree.
+    QList<QQuickItem*> items(const char* type) const;
+    /// Clicks on the middle of an item, or on a place in it.
+    void click(QQuickItem* item);
+    void click(QQuickItem* item, QPointF at);
     /// What is wrong with the texts that are shown: cut without an ellipsis, or out of what holds them.
     QStringList textFaults() const;
 

@@ -384,8 +384,8 @@ TEST_P(Crowding, NothingLeavesItsPlaceOrIsCutWithoutAnEllipsis) {
         driver.stage.window.theme().setBaseSize(13 * crowded.scale);
         driver.show();
         driver.window()->resize(crowded.size);
-        for (const char* state :
-             {"home", "expanded", "scanning", "failed", "deleting", "awaiting", "confirm"}) {
+        for (const char* state : {"home", "home-busy", "home-inspector", "expanded", "scanning", "failed",
+                                  "deleting", "awaiting", "confirm"}) {
             enterState(driver.stage, QString::fromLatin1(state));
             for (const QString& fault : driver.textFaults())
                 ADD_FAILURE() << state << ": " << fault.toStdString();

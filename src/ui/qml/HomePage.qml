@@ -45,6 +45,9 @@ FocusScope {
         contentHeight: content.height + 2 * page.margin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        focus: true
+        Keys.onDownPressed: page.scrollBy(40)
+        Keys.onUpPressed: page.scrollBy(-40)
         Accessible.role: Accessible.Pane
         Accessible.name: Strings.of("home.title")
 
@@ -65,7 +68,6 @@ FocusScope {
                 width: parent.width
                 visible: page.screen.hasDashboard
                 screen: page.screen
-                focus: true
                 onSelectBucket: (id, byKeyboard) => {
                     page.screen.selectBucket(id)
                     if (byKeyboard) page.inspectorEntered()

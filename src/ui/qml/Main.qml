@@ -32,6 +32,7 @@ Window {
     Component {
         id: screens
         SplitView {
+            focus: true
             shell: main.shell
             cleanup: main.cleanup
             home: main.home

@@ -18,11 +18,10 @@ FocusScope {
     function search() {
         if (showsCleanup) cleanupPage.item.search()
     }
+
     // The keyboard goes back to where it came from.
-    function closeInspector() {
-        const wasInside = inspector.activeFocus
-        home.clearSelection()
-        if (wasInside) homePage.forceActiveFocus(Qt.OtherFocusReason)
+    onInspectingChanged: {
+        if (!inspecting && !showsCleanup && inspector.focus) homePage.forceActiveFocus(Qt.OtherFocusReason)
     }
 
     Sidebar {
@@ -51,8 +50,9 @@ FocusScope {
             width: split.inspectorRoom
             screen: split.home
             isOpen: split.inspecting
+            slides: !split.showsCleanup
             onReviewInCleanup: split.home.reviewInCleanup()
-            onClosed: split.closeInspector()
+            onClosed: split.home.clearSelection()
         }
         // Built after the first frame, so that the change to it costs nothing.
         Loader {
@@ -123,7 +123,7 @@ FocusScope {
     Shortcut {
         enabled: !sheet.isPresented && split.inspecting
         sequence: "Escape"
-        onActivated: split.closeInspector()
+        onActivated: split.home.clearSelection()
     }
     // Assistive tools read the name of an alert when it changes.
     Item {

@@ -47,10 +47,13 @@ Control {
         opacity: row.busy ? 0.45 : 1
     }
     Label {
-        anchors { left: tile.right; leftMargin: 12; right: size.left; rightMargin: 12; verticalCenter: parent.verticalCenter }
+        anchors { left: tile.right; leftMargin: 12; right: size.left; rightMargin: 16; verticalCenter: parent.verticalCenter }
         text: row.title
         color: row.busy ? Theme.muted : Theme.text
         font.weight: Font.DemiBold
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
         Accessible.ignored: true
     }
     Label {

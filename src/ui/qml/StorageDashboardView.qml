@@ -45,11 +45,14 @@ FocusScope {
                 Repeater {
                     model: dashboard.screen.buckets
                     StorageBucketRow {
+                        id: bucket
                         required property int index
                         width: storage.width
                         first: index === 0
-                        focus: index === 0
-                        onChosen: byKeyboard => dashboard.selectBucket(rowID, byKeyboard)
+                        onChosen: byKeyboard => {
+                            if (byKeyboard) bucket.forceActiveFocus(Qt.TabFocusReason)
+                            dashboard.selectBucket(rowID, byKeyboard)
+                        }
                     }
                 }
             }

@@ -7,6 +7,7 @@ FocusScope {
 
     required property HomeScreen screen
     required property bool isOpen
+    property bool slides: true
     property real shown: isOpen ? width : 0 // how much of it has come in
 
     signal reviewInCleanup()
@@ -22,7 +23,7 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: screen.inspectorTitle
     Behavior on shown {
-        enabled: !Theme.reducedMotion
+        enabled: inspector.slides && !Theme.reducedMotion
         NumberAnimation { duration: Theme.motion; easing.type: Easing.OutCubic }
     }
 
