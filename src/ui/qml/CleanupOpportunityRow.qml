@@ -46,20 +46,22 @@ Control {
         id: texts
         anchors { left: tile.right; leftMargin: 12; right: size.left; rightMargin: 16; verticalCenter: parent.verticalCenter }
         spacing: 2
-        Item {
+        Flow { // the verdict goes beneath a title that leaves it no room
             width: parent.width
-            height: Math.max(heading.height, badge.height)
+            spacing: 8
             Label {
                 id: heading
-                anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, Math.max(0, parent.width - badge.width - 8))
+                width: Math.min(Math.ceil(implicitWidth), parent.width)
+                height: Math.max(implicitHeight, badge.height)
                 text: row.title
                 font.weight: Font.DemiBold
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                elide: Text.ElideRight
                 Accessible.ignored: true
             }
             SafetyBadge {
                 id: badge
-                anchors { left: heading.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
                 safety: row.safety
                 analyzing: false
                 Accessible.ignored: true
@@ -71,7 +73,7 @@ Control {
             color: Theme.muted
             font.pixelSize: Theme.caption
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 4
             elide: Text.ElideRight
             Accessible.ignored: true
         }
