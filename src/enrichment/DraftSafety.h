@@ -1,0 +1,14 @@
+#pragma once
+#include "enrichment/AnswerSchema.h"
+#include <array>
+#include <string_view>
+
+namespace vesko {
+
+/// What a model may say of an item's safety. The highest level is not on offer: it is for rules to give.
+enum class DraftSafety { seguro, revisar };
+
+inline constexpr std::array<std::string_view, 2> draftSafetyWords{"seguro", "revisar"};
+inline constexpr SchemaChoices draftSafetyChoices{"DraftSafety", draftSafetyWords};
+
+} // namespace vesko
