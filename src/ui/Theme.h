@@ -17,6 +17,7 @@ class Theme : public QObject {
     Q_PROPERTY(QColor background READ background NOTIFY changed)
     Q_PROPERTY(QColor surface READ surface NOTIFY changed)
     Q_PROPERTY(QColor hover READ hover NOTIFY changed)
+    Q_PROPERTY(QColor chosen READ chosen NOTIFY changed)
     Q_PROPERTY(QColor border READ border NOTIFY changed)
     Q_PROPERTY(QColor text READ text NOTIFY changed)
     Q_PROPERTY(QColor muted READ muted NOTIFY changed)
@@ -71,6 +72,7 @@ public:
     QColor background() const { return palette().background; }
     QColor surface() const { return palette().surface; }
     QColor hover() const { return palette().hover; }
+    QColor chosen() const { return palette().chosen; }
     QColor border() const { return palette().border; }
     QColor text() const { return palette().text; }
     QColor muted() const { return palette().muted; }

@@ -4,9 +4,10 @@
 namespace vesko {
 
 /// The colours of one theme, by what they are for. Every text stands out from background, surface and hover
-/// by a contrast of at least 4.5, and so does every label from its own ground.
+/// by a contrast of at least 4.5, and so does every label from its own ground. `chosen` lies beneath the
+/// texts of the row that is open.
 struct ThemePalette {
-    QColor background, surface, hover, border;
+    QColor background, surface, hover, chosen, border;
     QColor text, muted;
     QColor purple, cyan, green, pink, slate;
     QColor warning, danger, success;

@@ -275,6 +275,11 @@ TEST_F(HomeWindow, UpAndDownMoveThroughTheRows) {
     driver.key(Qt::Key_Down);
     driver.key(Qt::Key_Up);
     EXPECT_EQ(driver.focusedName(), rowName("documents"));
+    driver.key(Qt::Key_Up);
+    driver.key(Qt::Key_Up); // none above the first
+    EXPECT_EQ(driver.focusedName(), rowName("applications"));
+    for (int i = 0; i < 20; ++i) driver.key(Qt::Key_Down);
+    EXPECT_EQ(driver.focusedName(), text("home.shortcut.scanNow"));
 }
 
 TEST_F(HomeWindow, ThePageScrollsByKeys) {

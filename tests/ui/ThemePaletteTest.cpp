@@ -31,6 +31,8 @@ TEST_P(PaletteContrast, EveryInkIsReadableOnEveryGround) {
 
 TEST_P(PaletteContrast, EveryLabelIsReadableOnItsOwnGround) {
     const ThemePalette& p = *GetParam();
+    expectReadable("an open row's text", p.text, p.chosen);
+    expectReadable("an open row's muted text", p.muted, p.chosen);
     expectReadable("prominent", p.onProminent, p.prominent);
     expectReadable("destructive", p.onDestructive, p.destructive);
     expectReadable("safe", p.safe, p.safeGround);

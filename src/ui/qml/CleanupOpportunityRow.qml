@@ -21,8 +21,6 @@ Control {
     Keys.onSpacePressed: tap()
     Keys.onReturnPressed: tap()
     Keys.onEnterPressed: tap()
-    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.Button
     Accessible.name: Strings.of("a11y.group %1$@ %2$@ %3$@", title, badge.word, amount)
     Accessible.description: detail

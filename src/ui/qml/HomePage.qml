@@ -12,16 +12,25 @@ FocusScope {
 
     signal inspectorEntered() // the inspector was opened by the keyboard, which is to go there
 
-    // What the keyboard reaches is scrolled to.
-    function keepInView(item) {
+    function isInContent(item) {
         let above = item
         while (above && above !== content) above = above.parent
-        if (!above) return
+        return above !== null
+    }
+    // What the keyboard reaches is scrolled to.
+    function keepInView(item) {
+        if (!isInContent(item)) return
         const top = item.mapToItem(content, 0, 0).y + content.y
         const gap = 12
         if (top - gap < scroll.contentY) scroll.contentY = Math.max(0, top - gap)
         else if (top + item.height + gap > scroll.contentY + scroll.height)
             scroll.contentY = Math.min(scroll.contentHeight - scroll.height, top + item.height + gap - scroll.height)
+    }
+    // From row to row and card to card; the page scrolls where there is none to go to.
+    function step(down) {
+        const next = isInContent(focused) ? focused.nextItemInFocusChain(down) : null
+        if (next && isInContent(next)) next.forceActiveFocus(down ? Qt.TabFocusReason : Qt.BacktabFocusReason)
+        else scrollBy(down ? 40 : -40)
     }
     function scrollBy(distance) {
         const most = Math.max(0, scroll.contentHeight - scroll.height)
@@ -32,7 +41,8 @@ FocusScope {
     onVisibleChanged: if (visible) screen.bringUpToDate()
     Keys.onPressed: event => {
         event.accepted = true
-        if (event.key === Qt.Key_PageDown) scrollBy(scroll.height * 0.9)
+        if (event.key === Qt.Key_Down || event.key === Qt.Key_Up) step(event.key === Qt.Key_Down)
+        else if (event.key === Qt.Key_PageDown) scrollBy(scroll.height * 0.9)
         else if (event.key === Qt.Key_PageUp) scrollBy(-scroll.height * 0.9)
         else if (event.key === Qt.Key_Home) scrollBy(-scroll.contentHeight)
         else if (event.key === Qt.Key_End) scrollBy(scroll.contentHeight)
@@ -46,8 +56,6 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         focus: true
-        Keys.onDownPressed: page.scrollBy(40)
-        Keys.onUpPressed: page.scrollBy(-40)
         Accessible.role: Accessible.Pane
         Accessible.name: Strings.of("home.title")
 

@@ -22,7 +22,7 @@ Item {
     Rectangle {
         anchors { fill: parent; leftMargin: ground.side; rightMargin: ground.side; topMargin: 2; bottomMargin: 1 }
         radius: Theme.buttonCorner + 2
-        color: ground.chosen ? Qt.alpha(Theme.purple, 0.14) : ground.lit ? Theme.hover : "transparent"
+        color: ground.chosen ? Theme.chosen : ground.lit ? Theme.hover : "transparent"
         border { width: ground.target.activeFocus ? 2 : 0; color: Theme.purple }
     }
 }

@@ -21,8 +21,6 @@ Control {
     Keys.onSpacePressed: chosen(true)
     Keys.onReturnPressed: chosen(true)
     Keys.onEnterPressed: chosen(true)
-    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.Button
     Accessible.name: busy ? Strings.of("a11y.measuring %@", title)
                           : Strings.of("a11y.segment %1$@ %2$@", title, amount)
