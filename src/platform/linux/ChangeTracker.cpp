@@ -11,8 +11,6 @@ namespace vesko {
 namespace {
 
 constexpr std::size_t visitsInASlice = 64;
-/// Beyond so many changed folders the roots are told instead.
-constexpr std::size_t mostChanges = 16'384;
 
 /// No folder stands under that name.
 bool isAbsence(std::error_code reason) {
@@ -40,8 +38,8 @@ OpenedFolder openRoot(const std::string& path) {
 } // namespace
 
 ChangeTracker::ChangeTracker(const std::vector<std::string>& roots, std::size_t mostWatches,
-                             std::int64_t since, const std::atomic<bool>& isEnding)
-    : mostWatches_(mostWatches), since_(since), isEnding_(isEnding) {
+                             std::int64_t since, const std::atomic<bool>& isEnding, std::size_t mostChanges)
+    : mostWatches_(mostWatches), since_(since), isEnding_(isEnding), mostChanges_(mostChanges) {
     for (auto root = roots.begin(); root != roots.end(); ++root)
         if (std::find(roots.begin(), root, *root) == root) enqueue(folders_.addRoot(*root), Turn::last);
 }
@@ -305,7 +303,7 @@ void ChangeTracker::setWatch(Folder folder, int watch) {
 
 void ChangeTracker::tell(Folder folder) {
     if (areRootsTold_ || folders_.has(folder, WatchedFolders::isTold)) return;
-    if (changed_.size() >= mostChanges) {
+    if (changed_.size() >= mostChanges_) {
         tellRoots();
         return;
     }

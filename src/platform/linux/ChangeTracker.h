@@ -26,8 +26,9 @@ class ChangeTracker {
 public:
     /// Takes at most `mostWatches`. `since` (nanoseconds since 1970) is from when on a folder's own date
     /// makes it a changed one when it is looked at first. A slice ends early when `isEnding` becomes true.
+    /// Beyond `mostChanges` changed folders at once the roots are told instead.
     ChangeTracker(const std::vector<std::string>& roots, std::size_t mostWatches, std::int64_t since,
-                  const std::atomic<bool>& isEnding);
+                  const std::atomic<bool>& isEnding, std::size_t mostChanges = 16'384);
 
     /// For waiting until there are events; negative when there never are.
     int descriptor() const noexcept { return queue_.descriptor(); }
@@ -85,7 +86,8 @@ private:
     const std::atomic<bool>& isEnding_;
     std::deque<Folder> toVisit_;
     std::vector<std::pair<Folder, OpenedFolder>> openedRoots_; ///< during one slice
-    bool isFull_ = false;                                      ///< the system refused a watch in this round
+    std::size_t mostChanges_;
+    bool isFull_ = false; ///< the system refused a watch in this round
     bool isStartingOver_ = false;
     bool mustStartOver_ = false;
     std::vector<std::string> changed_;
