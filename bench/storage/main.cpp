@@ -7,10 +7,10 @@
 #include "core/DirectoryStoragePathSizer.h"
 #include "core/MeasuringRuns.h"
 #include "core/SharedStoragePathSizer.h"
-#include "platform/posix/AllocationSum.h"
 #include "platform/posix/TreeWalker.h"
 #include "storage/StorageHome.h"
 #include "storage/StorageInventoryService.h"
+#include "walk/BareWalk.h"
 #include "walk/Contender.h"
 #include <atomic>
 #include <cstdio>
@@ -27,15 +27,6 @@ namespace {
 constexpr unsigned threads = 2;
 constexpr double goalToWalk = 1.3;
 
-class Bare final : public TreeVisitor {
-public:
-    Next visit(const TreeEntry& entry, unsigned worker) override {
-        if (entry.isFirstSighting) sum.add(worker, entry.status.allocatedBytes);
-        return Next::enter;
-    }
-    AllocationSum sum;
-};
-
 class Count final : public TreeVisitor {
 public:
     Next visit(const TreeEntry& entry, unsigned) override {
@@ -46,17 +37,6 @@ public:
     std::atomic<long> folders{0};
     std::atomic<long> entries{0};
 };
-
-bool walk(const std::string& root, TreeVisitor& visitor) {
-    TreeWalkOptions options;
-    options.threads = threads;
-    return walkTree(FileURL(root), visitor, options) == WalkOutcome::finished;
-}
-
-int walkBare(const std::string& root) {
-    Bare visitor;
-    return walk(root, visitor) && visitor.sum.total() > 0 ? 0 : 1;
-}
 
 Task<void> readAll(AsyncStream<StorageInventoryUpdate> stream, bool& hasFinished, ConsoleLoop& loop) {
     for (;;) {
@@ -94,10 +74,10 @@ int main(int count, char** words) {
     const std::string home = storageHome(folder, entries);
 
     Count all;
-    if (!walk(home, all)) return 1;
+    if (walkTree(FileURL(home), all) != WalkOutcome::finished) return 1;
     std::printf("%ld entries, %ld folders\n", all.entries.load(), all.folders.load());
     const std::vector<Contender> contenders{
-        {"walk, 2 threads", [&] { return walkBare(home); }},
+        {"walk, 2 threads", [&] { return walkBare(FileURL(home), threads).value_or(0) > 0 ? 0 : 1; }},
         {"first measurement",
          [&] {
              const auto runs = std::make_shared<const MeasuringRuns>();
@@ -107,18 +87,11 @@ int main(int count, char** words) {
          [&] { return measureBuckets(home, std::make_shared<const DirectoryStoragePathSizer>()); }},
     };
     const auto runs = runInTurn(contenders, rounds);
-    std::printf("%-18s %10s %10s %10s %10s\n", "", "best s", "median s", "cpu s", "peak MiB");
-    bool allRan = true;
-    for (std::size_t i = 0; i < contenders.size(); ++i) {
-        std::printf("%-18s %10.3f %10.3f %10.3f %10.1f\n", contenders[i].name.c_str(), bestSeconds(runs[i]),
-                    medianSeconds(runs[i]), bestCpuSeconds(runs[i]), peakMiB(runs[i]));
-        for (const Run& run : runs[i]) allRan = allRan && run.succeeded;
-    }
+    const bool allRan = printRuns(contenders, runs);
     const double best = bestSeconds(runs[1]) / bestSeconds(runs[0]);
     std::printf("first measurement / bare walk          %.3f best, %.3f median (goal %.1f)\n", best,
                 medianSeconds(runs[1]) / medianSeconds(runs[0]), goalToWalk);
     std::printf("the same in processor time             %.3f\n",
                 bestCpuSeconds(runs[1]) / bestCpuSeconds(runs[0]));
-    if (!allRan) std::puts("a contender failed");
     return allRan && best <= goalToWalk ? 0 : 1;
 }

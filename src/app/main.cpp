@@ -2,8 +2,9 @@
 #include "app/SystemLanguage.h"
 #include "background/SilentNotificationService.h"
 #include "base/Environment.h"
-#include "core/DirectoryStoragePathSizer.h"
 #include "core/DiskVolumeService.h"
+#include "core/MeasuringRuns.h"
+#include "core/SharedStoragePathSizer.h"
 #include "enrichment/UnavailableEnrichment.h"
 #include "enrichment/UnavailableReview.h"
 #include "execution/SystemCleanupExecutor.h"
@@ -18,6 +19,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace vesko {
 namespace {
@@ -38,8 +40,11 @@ struct Stores {
         std::make_shared<DemotedPathsStore>(DemotedPathsStore::defaultFileURL());
 };
 
-std::shared_ptr<CleanupViewModel>
-makeViewModel(const Stores& stores, std::shared_ptr<EnrichmentStore> enrichment, const TaskContext& tasks) {
+using Runs = std::shared_ptr<const MeasuringRuns>;
+
+std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
+                                                std::shared_ptr<EnrichmentStore> enrichment, Runs runs,
+                                                const TaskContext& tasks) {
     CleanupViewModelParts parts;
     parts.tasks = tasks;
     parts.scanCacheStore = stores.scans;
@@ -50,17 +55,17 @@ makeViewModel(const Stores& stores, std::shared_ptr<EnrichmentStore> enrichment,
     parts.enricher = std::make_shared<UnavailableEnrichment>();
     parts.reviewer = std::make_shared<UnavailableReview>();
     parts.executor = std::make_shared<SystemCleanupExecutor>();
+    parts.measuringRuns = std::move(runs);
     return std::make_shared<CleanupViewModel>(std::move(parts));
 }
 
-std::shared_ptr<HomeViewModel> makeHomeModel(const TaskContext& tasks) {
+std::shared_ptr<HomeViewModel> makeHomeModel(Runs runs, const TaskContext& tasks) {
     HomeViewModelParts parts;
     parts.tasks = tasks;
-    parts.inventorySizer = std::make_shared<DirectoryStoragePathSizer>();
+    parts.inventorySizer = std::make_shared<SharedStoragePathSizer>(std::move(runs));
     parts.store = std::make_shared<StorageInventoryStore>(StorageInventoryStore::defaultFileURL());
     parts.volumeReader = std::make_shared<DiskVolumeService>();
-    // Nothing is watched yet: a refusal, after which the figures count as old within minutes.
-    parts.makeStream = [](const std::vector<std::string>&, double, const FileEvents&) { return nullptr; };
+    parts.makeStream = platformFileEvents();
     return std::make_shared<HomeViewModel>(std::move(parts));
 }
 
@@ -90,9 +95,10 @@ int run(int argc, char** argv) {
                                                               "afm-2026-06-i18n", life.tasks());
     if (!isDevelopmentHost()) enrichment->prefetch();
     WindowModel shell({.accessTest = hasFullDiskAccess, .openAccessSettings = openDiskAccessSettings});
-    const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, life.tasks());
+    const auto runs = std::make_shared<const MeasuringRuns>();
+    const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, runs, life.tasks());
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
-    const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(life.tasks());
+    const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, life.tasks());
     HomeScreen home(homeModel, model, shell);
     SystemAppearance appearance;
     MainWindow window(shell, cleanup, home);

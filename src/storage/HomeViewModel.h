@@ -86,12 +86,12 @@ private:
     using Sizer = StorageInventoryService::Sizer;
 
     Task<void> loadInventory(std::shared_ptr<const CleanupViewModel> cleanup);
-    Task<void> measureFirst(std::optional<ConsultantBreakdown> insights, Sizer sizer);
-    void takeFinished(Buckets measured, std::int64_t used,
-                      const std::optional<ConsultantBreakdown>& insights);
+    Task<void> measureFirst(Sizer sizer);
+    void takeFinished(const Buckets& measured, std::int64_t used);
     Task<void> openWatcher();
     Task<void> readVolume();
     Task<void> recomputeInsights();
+    Task<void> firstMeasurement();
     Task<void> reindex(IDs ids, Sizer sizer);
     void scheduleDebouncedReindex();
     void scheduleFullReindex(Sizer sizer);

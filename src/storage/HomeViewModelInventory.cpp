@@ -35,7 +35,7 @@ Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> 
     if (task.stop.stopRequested()) co_return;
     lastCleanupInsights_ = std::move(insights);
     if (!cachedMeasurable_) {
-        co_await measureFirst(lastCleanupInsights_, sizer);
+        co_await measureFirst(sizer);
         co_return;
     }
     publish(*cachedMeasurable_, used, lastCleanupInsights_);
@@ -47,15 +47,16 @@ Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> 
         scheduleFullReindex(sizer);
 }
 
-/// Placeholders first, which fill bucket by bucket.
-Task<void> HomeViewModel::measureFirst(std::optional<ConsultantBreakdown> insights, Sizer sizer) {
+/// Placeholders first, which fill bucket by bucket. The insights are those of the moment: the list may have
+/// grown since the load began.
+Task<void> HomeViewModel::measureFirst(Sizer sizer) {
     const TaskContext task = co_await currentContext();
     isLoadingInventory = true;
     const std::int64_t used = usedBytes();
     Buckets working = StorageInventoryService::emptyMeasurableBuckets(parts_.home);
     const std::vector<std::string> ids = StorageInventoryService::measurableBucketIDs();
     pendingBucketIDs = IDs(ids.begin(), ids.end());
-    publish(working, used, insights);
+    publish(working, used, lastCleanupInsights_);
     AsyncStream<StorageInventoryUpdate> stream =
         StorageInventoryService::measureStream(parts_.tasks, parts_.home, sizer, used);
     for (;;) {
@@ -65,24 +66,23 @@ Task<void> HomeViewModel::measureFirst(std::optional<ConsultantBreakdown> insigh
             const auto place = std::ranges::find(working, one->bucket.id, &StorageCategoryBucket::id);
             if (place != working.end()) *place = one->bucket;
             setPending({one->bucket.id}, false);
-            publish(working, used, insights);
+            publish(working, used, lastCleanupInsights_);
             continue;
         }
         Buckets measured = std::move(std::get<InventoryFinished>(*update).buckets);
         std::erase_if(measured, [](const StorageCategoryBucket& bucket) { return bucket.id == "system"; });
-        takeFinished(measured, used, insights);
+        takeFinished(measured, used);
         StorageInventorySnapshot snapshot{*cacheCapturedAt_, used, std::move(measured)};
         co_await save(std::move(snapshot));
     }
 }
 
-void HomeViewModel::takeFinished(Buckets measured, std::int64_t used,
-                                 const std::optional<ConsultantBreakdown>& insights) {
+void HomeViewModel::takeFinished(const Buckets& measured, std::int64_t used) {
     cachedMeasurable_ = measured;
     cacheCapturedAt_ = parts_.dates->now();
     isLoadingInventory = false;
     pendingBucketIDs = IDs();
-    publish(measured, used, insights);
+    publish(measured, used, lastCleanupInsights_);
     validateSelection(measured);
 }
 

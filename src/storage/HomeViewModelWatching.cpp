@@ -69,17 +69,32 @@ void HomeViewModel::scheduleDebouncedReindex() {
     reindexTask_ = spawn(parts_.tasks, [weak = weak_from_this()]() -> Task<void> {
         double delay = 0;
         if (const auto self = weak.lock()) {
-            const double elapsed =
-                self->firstDirtyAt_ ? secondsBetween(*self->firstDirtyAt_, self->parts_.dates->now()) : 0;
+            const Date now = self->parts_.dates->now();
+            const double elapsed = self->firstDirtyAt_ ? secondsBetween(*self->firstDirtyAt_, now) : 0;
+            // A clock that was set back would put the measurement off for as long.
+            if (elapsed < 0) self->firstDirtyAt_ = now;
             delay = std::max(0.0, std::min(longestDelay - elapsed, quietSeconds));
         }
         co_await sleepFor(seconds(delay));
         const auto self = weak.lock();
         if (!self) co_return;
+        const TaskContext task = co_await currentContext();
+        co_await self->firstMeasurement();
+        if (task.stop.stopRequested()) co_return;
         IDs taken = std::exchange(self->dirtyBucketIDs_, IDs());
         self->firstDirtyAt_.reset();
         co_await self->reindex(std::move(taken), self->parts_.inventorySizer);
     });
+}
+
+/// Ends when no first measurement runs any more. Before that the other buckets have no figures yet, and those
+/// of one alone must not pass for the whole.
+Task<void> HomeViewModel::firstMeasurement() {
+    for (;;) {
+        const TaskHandle<void> load = inventoryTask_;
+        if (cachedMeasurable_ || !load || load.done()) co_return;
+        co_await load.value();
+    }
 }
 
 } // namespace vesko

@@ -3,7 +3,6 @@
 #include "base/Json.h"
 #include "base/JsonWriter.h"
 #include "base/Paths.h"
-#include <algorithm>
 
 namespace vesko {
 namespace {
@@ -12,15 +11,16 @@ constexpr std::int64_t schemaVersion = 1;
 
 using Words = std::vector<std::string>;
 
+/// Words that are no UTF-8, as paths may be, can't be written.
 void writeWords(JsonWriter& json, std::string_view key, const Words& words) {
     json.key(key);
     json.beginArray();
-    for (const std::string& word : words) json.string(word);
+    for (const std::string& word : words)
+        if (isUtf8(word)) json.string(word);
     json.endArray();
 }
 
 void writeBucket(JsonWriter& json, const StorageCategoryBucket& bucket) {
-    if (!std::ranges::all_of(bucket.paths, isUtf8)) return;
     json.beginObject();
     json.key("id");
     json.string(bucket.id);

@@ -1,7 +1,5 @@
 #include "storage/HomeViewModel.h"
-#include "orchestration/CleanupFixture.h"
-#include "storage/FakeEventStream.h"
-#include "storage/ScriptedFolderSizes.h"
+#include "storage/HomeFixture.h"
 #include <gmock/gmock.h>
 
 namespace vesko::testing {
@@ -13,102 +11,9 @@ using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::SizeIs;
 using IDs = HomeViewModel::IDs;
-using Bytes = std::vector<std::pair<std::string, std::int64_t>>;
+using Bytes = BucketBytes;
 
-/// A wall clock that goes with the loop's virtual time.
-class LoopDates final : public DateSource {
-public:
-    explicit LoopDates(const ManualLoop& loop) : loop_(loop), begin_(loop.now()) {}
-    Date now() const override {
-        return dateFromUnixSeconds(1'700'000'000) +
-               std::chrono::duration_cast<std::chrono::microseconds>(loop_.now() - begin_) + jump;
-    }
-    std::chrono::seconds jump{0};
-
-private:
-    const ManualLoop& loop_;
-    Instant begin_;
-};
-
-class CountedVolume final : public DiskVolumeReading {
-public:
-    DiskVolumeInfo readVolume() const override {
-        ++readings;
-        return info;
-    }
-    DiskVolumeInfo info{1000, 400, "Disk", AvailableSpaceMetric::standard};
-    mutable int readings = 0;
-};
-
-/// The loop serves as the workers too, so that a drain does everything that is due.
-class HomeViewModelTest : public CleanupTest {
-protected:
-    HomeViewModelTest() {
-        context.workers = &loop;
-        parts.tasks = context;
-        home.tasks = context;
-        home.inventorySizer = sizes;
-        home.store = store;
-        home.volumeReader = volumes;
-        home.makeStream = streams.maker();
-        home.home = tree.root();
-        home.dates = &clock;
-        for (const auto& [path, bytes] : std::map<std::string, std::int64_t>{
-                 {"Documents", 20}, {"Downloads", 5}, {"Movies", 40}, {"Library", 100}})
-            setSize(path, bytes);
-        make();
-    }
-    ~HomeViewModelTest() override { screen.reset(); }
-
-    void setSize(const std::string& path, std::int64_t bytes) { sizes->bytes[tree.path(path)] = bytes; }
-    void makeScreen() { screen = std::make_shared<HomeViewModel>(home); }
-    void refresh() {
-        screen->refresh(model);
-        loop.drain();
-    }
-    void watch() {
-        for (const char* folder : {"Documents", "Movies", "Library"}) tree.folder(folder);
-        screen->startWatching();
-        loop.drain();
-    }
-    /// What the watcher would tell.
-    void change(const std::string& path) {
-        streams.requests.at(0)->onEvents({tree.path(path)});
-        loop.drain();
-    }
-    /// A cache that was written so long ago.
-    void cache(std::chrono::seconds age, const Bytes& figures = {{"documents", 1}, {"media", 2}}) {
-        StorageInventorySnapshot snapshot;
-        snapshot.capturedAt = clock.now() - age;
-        for (const auto& [id, bytes] : figures) {
-            StorageCategoryBucket bucket;
-            bucket.id = id;
-            bucket.bytes = bytes;
-            snapshot.buckets.push_back(bucket);
-        }
-        store->save(snapshot);
-    }
-    Bytes shown() const {
-        Bytes list;
-        if (screen->dashboard->has_value())
-            for (const StorageCategoryBucket& bucket : (*screen->dashboard)->buckets)
-                list.emplace_back(bucket.id, bucket.bytes);
-        return list;
-    }
-    std::int64_t figure(const std::string& id) const {
-        const auto bucket = screen->bucket(id);
-        return bucket ? bucket->bytes : -1;
-    }
-
-    LoopDates clock{loop};
-    FakeEventStreams streams;
-    std::shared_ptr<ScriptedFolderSizes> sizes = std::make_shared<ScriptedFolderSizes>();
-    std::shared_ptr<CountedVolume> volumes = std::make_shared<CountedVolume>();
-    std::shared_ptr<StorageInventoryStore> store =
-        std::make_shared<StorageInventoryStore>(tree.url("state/storage-inventory.json"));
-    HomeViewModelParts home;
-    std::shared_ptr<HomeViewModel> screen;
-};
+class HomeViewModelTest : public HomeTest {};
 
 // The first measurement.
 
@@ -220,6 +125,34 @@ TEST_F(HomeViewModelTest, AClockThatJumpsBackLeavesTheCacheFresh) {
     EXPECT_EQ(figure("media"), 2);
 }
 
+TEST_F(HomeViewModelTest, DatesOfTheFarPastAndFutureDoNoHarm) {
+    for (const char* date : {"0001-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
+        tree.file("state/storage-inventory.json",
+                  R"({"schemaVersion":1,"capturedAt":")" + std::string(date) +
+                      R"(","volumeUsedBytes":1,"buckets":[{"id":"media","titleKey":"t","icon":"i",)"
+                      R"("bytes":7,"paths":[]}]})");
+        makeScreen();
+        refresh();
+        EXPECT_EQ(figure("media"), 7) << date;
+        loop.advance(2s);
+    }
+}
+
+TEST_F(HomeViewModelTest, ADamagedFileAndOneOfANewerVersionAreMeasuredAnew) {
+    for (const char* bytes :
+         {"{\"schemaVersion\":1,\"captur", "", "[]",
+          R"({"schemaVersion":2,"capturedAt":"2026-01-31T08:15:00Z","volumeUsedBytes":1,"buckets":[]})"}) {
+        tree.file("state/storage-inventory.json", bytes);
+        makeScreen();
+        screen->refresh(model);
+        EXPECT_TRUE(*screen->isLoadingInventory) << bytes;
+        EXPECT_EQ(bytesOf(store->fileURL()), bytes);
+        loop.drain();
+        EXPECT_EQ(figure("documents"), 25) << bytes;
+        EXPECT_TRUE(store->load()) << bytes;
+    }
+}
+
 // The watcher.
 
 TEST_F(HomeViewModelTest, OnlyRootsThatExistAreWatched) {
@@ -275,6 +208,20 @@ TEST_F(HomeViewModelTest, AfterThirtySecondsAChangeWaitsNoLonger) {
     clock.jump = 31s;
     change("Library/log");
     loop.advance(0s);
+    EXPECT_THAT(sizes->calls(), ElementsAre(tree.path("Library")));
+}
+
+TEST_F(HomeViewModelTest, AClockThatIsSetBackDoesNotPutTheMeasurementOff) {
+    makeScreen();
+    watch();
+    refresh();
+    sizes->forgetCalls();
+    change("Library/log");
+    clock.jump = -100h;
+    for (int second = 0; second < 33; second += 3) {
+        change("Library/log");
+        loop.advance(3s);
+    }
     EXPECT_THAT(sizes->calls(), ElementsAre(tree.path("Library")));
 }
 
@@ -382,6 +329,18 @@ TEST_F(HomeViewModelTest, TheInsightsFollowTheCleanupList) {
     EXPECT_EQ(screen->cleanupSummaries(*library)[0].totalBytes, 30);
     EXPECT_THAT(screen->cleanupSummaries(*screen->bucket("documents")), IsEmpty());
     EXPECT_THAT(screen->cleanupSummaries(*screen->bucket("media")), IsEmpty());
+}
+
+TEST_F(HomeViewModelTest, InsightsThatCameDuringTheFirstMeasurementStayAtItsEnd) {
+    makeScreen();
+    sizes->onCall = [&, first = true](const std::string&) mutable {
+        if (!std::exchange(first, false)) return;
+        model->groups =
+            std::vector<CleanupGroup>{group("logs.stale", {item(tree.path("Library/Logs/a"), 30)})};
+        screen->refreshCleanupInsights(model);
+    };
+    refresh();
+    EXPECT_THAT((*screen->dashboard)->cleanupInsights->categories, SizeIs(1));
 }
 
 TEST_F(HomeViewModelTest, InsightsWithoutADashboardAreLeft) {

@@ -1,3 +1,4 @@
+#include "base/FileSystem.h"
 #include "core/DirectoryStoragePathSizer.h"
 #include "core/SharedStoragePathSizer.h"
 #include "orchestration/CleanupFixture.h"
@@ -144,6 +145,37 @@ TEST_F(SharedMeasuringTest, AfterOneChangeOnlyItsBucketIsRead) {
     expected["documents"] += added;
     expected["system"] -= added;
     EXPECT_EQ(dashboard(), expected);
+}
+
+TEST_F(SharedMeasuringTest, ABucketsFolderThatIsALinkCountsAsTheLinkAndAMissingOneNothing) {
+    tree.file("elsewhere/large", std::string(3'000'000, 'x'));
+    tree.link("home/Pictures", tree.path("elsewhere"));
+    tree.link("home/Music", tree.path("nowhere"));
+    std::filesystem::remove_all(tree.path("home/Movies"));
+    makeScreen();
+    screen->refresh(model);
+    settle();
+    EXPECT_EQ(dashboard().at("media"), 0);
+    EXPECT_EQ(dashboard().at("applications"), 0);
+    EXPECT_GT(dashboard().at("library"), 1'000'000);
+}
+
+TEST_F(SharedMeasuringTest, WhatCannotBeReadBelowABucketIsPassedOver) {
+    const std::string closed = tree.path("home/Documents/closed");
+    tree.file("home/Documents/closed/file", std::string(500'000, 'x'));
+    makeScreen();
+    screen->refresh(model);
+    settle();
+    const std::int64_t open = dashboard().at("documents");
+    std::filesystem::permissions(closed, std::filesystem::perms::none);
+    if (directChildren(FileURL(closed), Hidden::include)) GTEST_SKIP() << "this user may read everything";
+    std::filesystem::remove_all(tree.path("state"));
+    makeScreen();
+    screen->refresh(model);
+    settle();
+    std::filesystem::permissions(closed, std::filesystem::perms::owner_all);
+    EXPECT_LE(dashboard().at("documents"), open - 500'000);
+    EXPECT_GT(dashboard().at("documents"), 300'000);
 }
 
 } // namespace

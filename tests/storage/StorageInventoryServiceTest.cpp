@@ -99,6 +99,44 @@ TEST_F(StorageInventoryServiceTest, ARunThatIsCancelledTellsNoEnd) {
     EXPECT_TRUE(registry.empty());
 }
 
+/// Cancelled by its reader, and by the program's end, which the reader is not told of here.
+TEST_F(StorageInventoryServiceTest, ARunThatIsCancelledAtAnyMomentTellsNoEndAndNoHalfBucket) {
+    TaskContext readers = context;
+    readers.registry = nullptr;
+    for (int attempt = 0; attempt < 18; ++attempt) {
+        const bool byReader = attempt % 2 == 0;
+        const int place = attempt / 2 + 1;
+        std::vector<StorageInventoryUpdate> updates;
+        AsyncStream<StorageInventoryUpdate> stream = Service::measureStream(context, home, sizes, 2000);
+        TaskHandle<void> reader;
+        sizes->onCall = [&, count = 0](const std::string&) mutable {
+            if (++count != place) return;
+            if (byReader)
+                reader.cancel();
+            else
+                registry.cancelAll();
+        };
+        reader = spawn(readers, [&]() -> Task<void> {
+            for (;;) {
+                std::optional<StorageInventoryUpdate> update = co_await stream.next();
+                if (!update) co_return;
+                updates.push_back(std::move(*update));
+            }
+        });
+        loop.drain();
+        EXPECT_TRUE(reader.done()) << attempt;
+        EXPECT_TRUE(registry.empty()) << attempt;
+        EXPECT_LT(updates.size(), 4u) << attempt;
+        for (const StorageInventoryUpdate& update : updates) {
+            ASSERT_TRUE(std::holds_alternative<BucketMeasured>(update)) << attempt;
+            const StorageCategoryBucket& bucket = std::get<BucketMeasured>(update).bucket;
+            EXPECT_THAT(Bytes({{"library", 1000}, {"applications", 107}, {"documents", 28}, {"media", 40}}),
+                        ::testing::Contains(Pair(bucket.id, bucket.bytes)))
+                << attempt;
+        }
+    }
+}
+
 TEST_F(StorageInventoryServiceTest, ADroppedRunMeasuresNothingMore) {
     { const auto stream = Service::measureStream(context, home, sizes, 2000); }
     loop.drain();

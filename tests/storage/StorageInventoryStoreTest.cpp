@@ -2,7 +2,10 @@
 #include "base/FileSystem.h"
 #include "storage/StorageInventoryFile.h"
 #include "support/StateFileContract.h"
+#include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace vesko {
 namespace {
@@ -83,14 +86,38 @@ TEST_F(StorageInventoryStoreTest, FiguresWhoseSumDoesNotFitAreNoFile) {
     EXPECT_FALSE(store.load());
 }
 
-TEST_F(StorageInventoryStoreTest, ABucketWithAPathThatIsNoUtf8IsLeftOutAlone) {
+TEST_F(StorageInventoryStoreTest, APathThatIsNoUtf8IsLeftOutAndItsBucketStays) {
     StorageInventorySnapshot snapshot = sample();
-    snapshot.buckets[0].paths = {"/home/u/\xFF"};
+    snapshot.buckets[0].paths = {"/home/u/\xFF", "/home/u/Documents"};
     store.save(snapshot);
-    const auto loaded = store.load();
-    ASSERT_TRUE(loaded);
-    ASSERT_EQ(loaded->buckets.size(), 1u);
-    EXPECT_EQ(loaded->buckets[0].id, "media");
+    EXPECT_EQ(store.load(), sample());
+}
+
+TEST_F(StorageInventoryStoreTest, ASaveThatFailsLeavesTheFileAsItWas) {
+    store.save(sample());
+    const StorageInventoryStore nowhere(tree.url("state/storage-inventory.json/below/file"));
+    nowhere.save(sample());
+    EXPECT_FALSE(nowhere.load());
+    EXPECT_EQ(bytesOf(store.fileURL()), sampleBytes);
+}
+
+TEST_F(StorageInventoryStoreTest, OfSavesThatMeetOneWinsWhole) {
+    StorageInventorySnapshot other = sample();
+    other.volumeUsedBytes = 401;
+    other.buckets.resize(1);
+    store.save(sample());
+    std::vector<std::thread> writers;
+    for (const StorageInventorySnapshot& snapshot : {sample(), other})
+        writers.emplace_back([this, snapshot] {
+            for (int i = 0; i < 30; ++i) store.save(snapshot);
+        });
+    for (int i = 0; i < 200; ++i) {
+        const auto loaded = store.load();
+        ASSERT_TRUE(loaded);
+        EXPECT_TRUE(*loaded == sample() || *loaded == other);
+    }
+    for (std::thread& writer : writers) writer.join();
+    EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(tree.path("state"))), 1);
 }
 
 } // namespace
