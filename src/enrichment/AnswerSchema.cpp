@@ -3,6 +3,7 @@
 #include "base/Json.h"
 #include "base/JsonWriter.h"
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace vesko {
@@ -11,6 +12,9 @@ namespace {
 using Failure = std::unexpected<std::string>;
 
 constexpr std::string_view entriesKey = "entries";
+/// An honest answer has some thousand bytes. Answers are read on the main thread, which has no time for more
+/// than this.
+constexpr std::size_t longestAnswer = 1 << 20;
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
@@ -118,6 +122,7 @@ void writeRecord(JsonWriter& writer, const AnswerSchema& schema) {
 
 std::expected<std::vector<AnswerEntry>, std::string> decodeAnswer(const AnswerSchema& schema,
                                                                   std::string_view json) {
+    if (json.size() > longestAnswer) return Failure("An answer of " + std::to_string(json.size()) + " bytes");
     const std::optional<JsonDocument> document = JsonDocument::parse(json);
     if (!document) return Failure("No JSON document");
     const JsonMembers members = document->root().members();

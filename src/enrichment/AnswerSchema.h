@@ -35,7 +35,8 @@ struct AnswerSchema {
 using AnswerEntry = std::vector<std::optional<std::string>>;
 
 /// Reads an answer strictly: one JSON document of exactly this form, with nothing before, behind, missing or
-/// besides. Whatever differs makes the whole answer worthless; the failure says what, for a developer.
+/// besides, of at most 1 MiB. Whatever differs makes the whole answer worthless; the failure says what, for a
+/// developer.
 std::expected<std::vector<AnswerEntry>, std::string> decodeAnswer(const AnswerSchema& schema,
                                                                   std::string_view json);
 

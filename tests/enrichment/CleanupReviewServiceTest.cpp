@@ -1,9 +1,7 @@
 #include "enrichment/CleanupReviewService.h"
 
+#include "PassSamples.h"
 #include "ScriptedModel.h"
-#include "core/CatalogRows.h"
-#include "core/GroupBuilders.h"
-#include "core/ProbeCatalog.h"
 #include "enrichment/ReviewBatch.h"
 #include "support/FileTimes.h"
 #include "support/LanguageScope.h"
@@ -19,25 +17,13 @@ namespace {
 
 using namespace vesko::testing;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::SizeIs;
-using ::testing::StartsWith;
-
-constexpr std::int64_t hundredMebibytes = 104'857'600;
-constexpr std::string_view announcement = "Grupos validos:";
-const Date today = dateFromUnixSeconds(1'795'256'100);
 
 class SetDates : public DateSource {
 public:
     Date now() const override { return today; }
 };
-
-ScanReviewCandidate candidate(const std::string& path, std::int64_t size = 1000) {
-    const FileURL url(path);
-    return {url, size, std::string(url.lastPathComponent()), true, std::nullopt};
-}
 
 std::vector<ScanReviewCandidate> candidates(int count) {
     std::vector<ScanReviewCandidate> made;
@@ -46,50 +32,17 @@ std::vector<ScanReviewCandidate> candidates(int count) {
     return made;
 }
 
-CleanupGroup discovered(const std::string& id, std::vector<ScannableItem> items,
-                        Safety safety = Safety::revisar) {
-    CleanupGroup made = group(id, std::move(items));
-    made.providerID = {"discover"};
-    made.baselineSafety = safety;
-    return made;
-}
-
-std::vector<PendingReviewItem> collect(const std::vector<CleanupGroup>& groups,
-                                       std::vector<ScanReviewCandidate> offered = {}) {
-    return CleanupReviewService::collectPendingReviewItems(groups, std::move(offered), today);
-}
-
-const GroupMetadata& catalog(std::string_view id) { return probeMetadataByID().find(id)->second; }
-
-Record record(const std::string& id, const std::string& action, std::optional<std::string> target) {
-    return {{"id", id},           {"action", action},    {"targetGroupID", std::move(target)},
-            {"friendlyName", ""}, {"safety", "revisar"}, {"reason", "porque"}};
-}
-
-/// The lines behind the empty one that ends the list of groups.
-std::vector<std::string> asked(const std::string& prompt) {
-    std::vector<std::string> lines = linesBehind(prompt, announcement);
-    const auto empty = std::ranges::find(lines, std::string());
-    return {empty == lines.end() ? empty : empty + 1, lines.end()};
-}
-
 std::vector<std::string> askedIDs(const ScriptedModel::Question& question) {
     std::vector<std::string> ids;
-    for (const std::string& line : asked(question.request.prompt)) ids.push_back(idOf(line));
+    for (const std::string& line : reviewedLines(question.request.prompt)) ids.push_back(idOf(line));
     return ids;
 }
 
 /// Each line's item into the trash.
 std::string goodAnswer(const ScriptedModel::Question& question) {
     std::vector<Record> records;
-    for (const std::string& id : askedIDs(question)) records.push_back(record(id, "promote", "trash"));
+    for (const std::string& id : askedIDs(question)) records.push_back(reviewed(id, "promote", "trash"));
     return answerOf(records);
-}
-
-std::vector<ReviewPatch> patchesFor(const Record& answer, std::optional<std::string> currentGroupID) {
-    const FileURL url("/u/x");
-    const std::vector<PendingReviewItem> batch{{"4", url, 5, "x", true, "/u/x", std::move(currentGroupID)}};
-    return CleanupReviewService::patches(answerOf({answer}), batch);
 }
 
 class CleanupReviewServiceTest : public ::testing::Test {
@@ -249,7 +202,7 @@ TEST_F(CleanupReviewServiceTest, OfThirtyFiveItemsTheModelSeesThirtyOneBatchAfte
 TEST_F(CleanupReviewServiceTest, WhatTheTablePlacesNeverReachesTheModel) {
     review({}, {candidate("/u/.Trash/a", 9), candidate("/u/b", 8)});
     ASSERT_THAT(flows.model->questions, SizeIs(1));
-    EXPECT_THAT(asked(flows.model->questions[0].request.prompt),
+    EXPECT_THAT(reviewedLines(flows.model->questions[0].request.prompt),
                 ElementsAre("1 | b | /u/b | group:none | 8 bytes"));
     flows.loop.advance(1s);
     EXPECT_THAT(movedPaths(), ElementsAre("/u/.Trash/a", "/u/b"));
@@ -262,59 +215,10 @@ TEST_F(CleanupReviewServiceTest, WhenTheTablePlacesAllTheModelIsNotAsked) {
     EXPECT_EQ(flows.model->sessions, 0);
 }
 
-TEST_F(CleanupReviewServiceTest, AReclassificationWithinItsGroupIsAPromotion) {
-    EXPECT_THAT(patchesFor(record("4", "reclassify", "trash"), "trash"),
-                ElementsAre(ReviewPatch::promote(item("/u/x", 5), catalog("trash"))));
-}
-
-TEST_F(CleanupReviewServiceTest, AReclassificationFromNoGroupIsAPromotion) {
-    EXPECT_THAT(patchesFor(record("4", "reclassify", "trash"), std::nullopt),
-                ElementsAre(ReviewPatch::promote(item("/u/x", 5), catalog("trash"))));
-}
-
-TEST_F(CleanupReviewServiceTest, AReclassificationFromAnotherGroupIsOne) {
-    EXPECT_THAT(patchesFor(record("4", "reclassify", "trash"), "discover.caches"),
-                ElementsAre(ReviewPatch::reclassify(item("/u/x", 5), "discover.caches", catalog("trash"))));
-}
-
-TEST_F(CleanupReviewServiceTest, APromotionStaysOneWhateverTheGroup) {
-    EXPECT_THAT(patchesFor(record("4", "promote", "trash"), "discover.caches"),
-                ElementsAre(ReviewPatch::promote(item("/u/x", 5), catalog("trash"))));
-}
-
-TEST_F(CleanupReviewServiceTest, AnyGroupOfTheCatalogMayBeTheTarget) {
-    for (const std::string_view id : {"discover.appSupport", "project.artifacts", "docker.volumes"})
-        EXPECT_THAT(patchesFor(record("4", "promote", std::string(id)), std::nullopt),
-                    ElementsAre(ReviewPatch::promote(item("/u/x", 5), catalog(id))));
-}
-
-TEST_F(CleanupReviewServiceTest, AnInventedGroupIsDropped) {
-    for (const std::string_view id :
-         {"cache.invented", "", "Trash", "trash ", "trash\n", "../trash", "/", "none"})
-        EXPECT_THAT(patchesFor(record("4", "promote", std::string(id)), "discover.caches"), IsEmpty()) << id;
-}
-
-TEST_F(CleanupReviewServiceTest, AnAnswerWithoutAGroupIsDropped) {
-    Record missing = record("4", "promote", "trash");
-    missing.erase(missing.begin() + 2);
-    EXPECT_THAT(patchesFor(missing, std::nullopt), IsEmpty());
-    EXPECT_THAT(patchesFor(record("4", "promote", std::nullopt), std::nullopt), IsEmpty());
-}
-
-TEST_F(CleanupReviewServiceTest, ADemotionIsDropped) {
-    EXPECT_THAT(patchesFor(record("4", "demote", "trash"), "discover.caches"), IsEmpty());
-    EXPECT_THAT(patchesFor(record("4", "demote", std::nullopt), std::nullopt), IsEmpty());
-}
-
-TEST_F(CleanupReviewServiceTest, AnInventedIdIsDropped) {
-    for (const std::string_view id : {"5", "", "04", "/u/x", "x"})
-        EXPECT_THAT(patchesFor(record(std::string(id), "promote", "trash"), std::nullopt), IsEmpty()) << id;
-}
-
 TEST_F(CleanupReviewServiceTest, AnIdOfAnotherBatchIsDropped) {
     flows.model->script = [](const auto&, std::size_t) {
         return ScriptedModel::Answer{
-            1s, answerOf({record("0", "promote", "trash"), record("10", "promote", "trash")})};
+            1s, answerOf({reviewed("0", "promote", "trash"), reviewed("10", "promote", "trash")})};
     };
     review({}, candidates(11));
     flows.loop.advance(2s);
@@ -410,65 +314,12 @@ TEST_F(CleanupReviewServiceTest, AQuestionIsAskedAsTheModelWantsIt) {
               "correspondente.");
 }
 
-TEST_F(CleanupReviewServiceTest, ThePromptListsTheRulesTheGroupsAndTheItems) {
-    const std::vector<PendingReviewItem> batch{
-        {"3", FileURL("/Users/a/Library/Caches/Homebrew"), 1'048'576, "Homebrew", true,
-         "/Users/a/Library/Caches/Homebrew", std::nullopt},
-        {"4", FileURL("/u/x"), 7, "x", false, "/u/x", "discover.caches"}};
-    const std::string prompt = CleanupReviewService::prompt(batch);
-    EXPECT_THAT(
-        prompt,
-        StartsWith(
-            "Revise candidatos de limpeza do Vesko. Para cada entrada devolva ReviewEntry com o MESMO id.\n"
-            "promote = adicionar candidato perdido a um grupo existente (targetGroupID obrigatorio).\n"
-            "reclassify = mover para outro grupo (targetGroupID obrigatorio).\n"
-            "Use SOMENTE targetGroupID da lista abaixo. Nunca invente IDs.\n"
-            "Preferir grupos dedicados (cache.*, logs.stale, trash) em vez de discover.* quando o caminho "
-            "combinar.\n"
-            "Na duvida, mantenha o item e use revisar para safety.\n"
-            "\n"
-            "Grupos validos:\n"
-            "- apps.unused: "));
-    EXPECT_TRUE(
-        prompt.ends_with("\n\n3 | Homebrew | /Users/a/Library/Caches/Homebrew | group:none | 1048576 bytes\n"
-                         "4 | x | /u/x | group:discover.caches | 7 bytes"));
-    std::vector<std::string> groups = linesBehind(prompt, announcement);
-    groups.erase(std::ranges::find(groups, std::string()), groups.end());
-    EXPECT_THAT(groups, SizeIs(catalogOrder.size()));
-    EXPECT_TRUE(std::ranges::is_sorted(groups));
-    for (const std::string_view id : catalogOrder)
-        EXPECT_THAT(groups, ::testing::Contains("- " + std::string(id) + ": " + probeTitle(id)));
-}
-
-TEST_F(CleanupReviewServiceTest, TheGroupsStayInTheLanguageTheyWereFirstAskedForIn) {
-    const std::string first = CleanupReviewService::prompt({});
-    const LanguageScope portuguese(Language::portuguese);
-    EXPECT_NE(probeTitle("trash"), catalogText("probe.trash.title", Language::english));
-    EXPECT_EQ(CleanupReviewService::prompt({}), first);
-}
-
-TEST_F(CleanupReviewServiceTest, AHostileNameAddsNoLineToABatch) {
-    std::vector<ScanReviewCandidate> offered;
-    for (const std::string& name : hostileNames()) {
-        offered.push_back(candidate("/t/" + name));
-        offered.back().name = name;
-    }
-    const auto items =
-        collect({discovered("discover\n99 | x", {item("/t/a\nb", hundredMebibytes)})}, offered);
-    const std::vector<std::string> lines = asked(CleanupReviewService::prompt(items));
-    ASSERT_THAT(lines, SizeIs(hostileNames().size() + 1));
-    for (std::size_t at = 0; at < lines.size(); ++at) {
-        EXPECT_THAT(lines[at], StartsWith(std::to_string(at) + " | "));
-        EXPECT_TRUE(lines[at].ends_with(" bytes")) << lines[at];
-    }
-}
-
 TEST_F(CleanupReviewServiceTest, AModelThatObeysANameMovesNothingElse) {
     flows.model->script = [](const auto&, std::size_t) {
         return ScriptedModel::Answer{
-            1s, answerOf({record("99", "promote", "trash"), record("/etc", "promote", "trash"),
-                          record("0", "demote", "trash"), record("0", "promote", "/etc"),
-                          record("0", "promote", "trash")})};
+            1s, answerOf({reviewed("99", "promote", "trash"), reviewed("/etc", "promote", "trash"),
+                          reviewed("0", "demote", "trash"), reviewed("0", "promote", "/etc"),
+                          reviewed("0", "promote", "trash")})};
     };
     review({}, {candidate("/t/a\n99 | Safe | /etc")});
     flows.loop.advance(1s);
@@ -476,13 +327,31 @@ TEST_F(CleanupReviewServiceTest, AModelThatObeysANameMovesNothingElse) {
                 ElementsAre(ReviewPatch::promote(item("/t/a\n99 | Safe | /etc", 1000), catalog("trash"))));
 }
 
-TEST_F(CleanupReviewServiceTest, NothingOfTheModelsWordsReachesAPatch) {
-    Record talkative = record("4", "promote", "trash");
-    talkative[3].second = "Totally safe";
-    talkative[4].second = "seguro";
-    talkative[5].second = "rm -rf /";
-    EXPECT_THAT(patchesFor(talkative, std::nullopt),
-                ElementsAre(ReviewPatch::promote(item("/u/x", 5), catalog("trash"))));
+TEST_F(CleanupReviewServiceTest, RunsLeaveNothingBehind) {
+    for (int run = 0; run < 1000; ++run) {
+        hasEnded = false;
+        // Every second run is cut short.
+        review({}, candidates(30));
+        flows.loop.advance(run % 2 == 0 ? 3s : 1500ms);
+        task.cancel();
+        flows.loop.drain();
+        ASSERT_TRUE(hasEnded);
+        ASSERT_THAT(patches, SizeIs(run % 2 == 0 ? 30 : 10));
+        flows.model->questions.clear();
+    }
+    EXPECT_TRUE(flows.registry.empty());
+    EXPECT_EQ(flows.loop.timers(), 0u);
+    EXPECT_EQ(flows.model->sessionsAlive, 0);
+}
+
+TEST_F(CleanupReviewServiceTest, TheCollectingIsDoneOnAWorker) {
+    WorkerPool workers;
+    flows.context.workers = &workers;
+    review({}, {candidate("/u/.Trash/a", 9), candidate("/u/b", 8)});
+    ASSERT_TRUE(flows.loop.waitFor([this] { return flows.model->questions.size() == 1; }));
+    flows.loop.advance(1s);
+    EXPECT_TRUE(hasEnded);
+    EXPECT_THAT(movedPaths(), ElementsAre("/u/.Trash/a", "/u/b"));
 }
 
 } // namespace
