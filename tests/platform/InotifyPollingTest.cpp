@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <sched.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vesko {
@@ -122,6 +123,30 @@ TEST_F(InotifyPollingTest, WithoutAQueueEverythingIsPolled) {
     });
     if (!wrong || *wrong == refused) GTEST_SKIP() << "user namespaces are refused here";
     EXPECT_EQ(*wrong, "");
+}
+
+/// In a child process with a user namespace of its own, which has a limit of its own; the exit status says
+/// how far it came.
+TEST_F(InotifyPollingTest, WhatTheSystemItselfRefusesIsPolledAsWell) {
+    enum Outcome : std::uint8_t { well, noNamespace, otherCount, notTold };
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (::unshare(CLONE_NEWUSER) != 0) ::_exit(noNamespace);
+        std::ofstream file("/proc/sys/user/max_inotify_watches");
+        if (!(file << limit << std::flush)) ::_exit(noNamespace);
+        startAtTheLimit(100'000);
+        if (stream->figures().folders != 41 || stream->figures().watched != limit) ::_exit(otherCount);
+        tree.file(branch(2, 10) + "/new");
+        if (!heard.waitFor({path(branch(2, 10))})) ::_exit(notTold);
+        stream.reset();
+        ::_exit(well);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == noNamespace) GTEST_SKIP() << "user namespaces are refused here";
+    EXPECT_EQ(WEXITSTATUS(status), well);
 }
 
 TEST_F(InotifyPollingTest, AQuarterOfTheSystemsWatchesIsLeftToOthers) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <ranges>
 
 namespace vesko {
 namespace {
@@ -126,9 +127,9 @@ std::string WatchedFolders::pathBelowRoot(Folder folder) const {
     }
     std::string path;
     path.reserve(length);
-    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+    for (const std::string_view name : names | std::views::reverse) {
         if (!path.empty()) path += '/';
-        path += *name;
+        path += name;
     }
     return path;
 }
