@@ -345,6 +345,17 @@ TEST_F(CleanupReviewServiceTest, RunsLeaveNothingBehind) {
 }
 
 TEST_F(CleanupReviewServiceTest, TheCollectingIsDoneOnAWorker) {
+    ManualLoop workers;
+    flows.context.workers = &workers;
+    review({}, {candidate("/u/.Trash/a", 9), candidate("/u/b", 8)});
+    EXPECT_EQ(flows.model->availabilityReads, 0);
+    EXPECT_EQ(workers.drain(), 1u);
+    flows.loop.advance(1s);
+    EXPECT_TRUE(hasEnded);
+    EXPECT_THAT(movedPaths(), ElementsAre("/u/.Trash/a", "/u/b"));
+}
+
+TEST_F(CleanupReviewServiceTest, ARunWorksWithThreads) {
     WorkerPool workers;
     flows.context.workers = &workers;
     review({}, {candidate("/u/.Trash/a", 9), candidate("/u/b", 8)});
