@@ -107,7 +107,7 @@ TEST_F(InotifyEventStreamTest, ARenamedFolderIsKnownByItsNewName) {
     start();
     rename("old", "new");
     EXPECT_TRUE(heard.waitFor({root(), path("new"), path("new/inner")}));
-    settle();
+    settleBelow("new");
     tree.file("new/inner/file");
     EXPECT_TRUE(heard.waitFor({path("new/inner")}));
     EXPECT_THAT(heard.heard(), Each(StartsWith(path("new"))));
@@ -147,7 +147,7 @@ TEST_F(InotifyEventStreamTest, WhatIsMovedOutIsForgottenAndWhatIsMovedInIsWatche
     start();
     std::filesystem::rename(path("a/leaves"), outside.path("left"));
     EXPECT_TRUE(heard.waitFor({path("a")}));
-    settle();
+    settleBelow("a");
     outside.file("left/inner/file");
     std::filesystem::rename(outside.path("comes"), path("a/came"));
     EXPECT_TRUE(heard.waitFor({path("a"), path("a/came"), path("a/came/inner")}));

@@ -103,7 +103,7 @@ TEST_F(InotifyRootsTest, OneThatIsRemovedIsToldAndOneThatComesBackAsWell) {
     std::filesystem::remove_all(path("root"));
     EXPECT_TRUE(heard.waitFor({path("root")}));
     EXPECT_TRUE(becomes([](const auto& figures) { return figures.folders == 1 && figures.watched == 0; }));
-    std::this_thread::sleep_for(100ms);
+    std::this_thread::sleep_for(300ms);
     heard.forgetAll();
     std::this_thread::sleep_for(4 * oneRound);
     EXPECT_THAT(heard.heard(), IsEmpty()) << "its absence is told in every round";

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -28,6 +29,12 @@ std::int64_t fileSystemTime() {
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
     return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
+/// What the person does goes before. The number of a thread stands for it alone (setpriority(2)).
+void beModest() {
+    constexpr int niceness = 5;
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness);
 }
 
 /// A descriptor that becomes readable.
@@ -87,6 +94,7 @@ struct InotifyEventStream::State {
 };
 
 void InotifyEventStream::State::run() {
+    beModest();
     while (!isEnding) {
         const Clock::time_point now = Clock::now();
         if (now >= nextRound) {
