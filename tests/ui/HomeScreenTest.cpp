@@ -204,7 +204,7 @@ TEST_F(TheHomeScreen, TheOpportunitiesFollowTheCleanupList) {
     EXPECT_THAT(ids(*screen.opportunities()), IsEmpty());
     showGroups(*stage.model, sampleGroups());
     waitFor([&] { return screen.opportunities()->count() > 0; });
-    EXPECT_THAT(ids(*screen.opportunities()), ElementsAre("xcode-builds", "caches", "downloads", "system"));
+    ASSERT_THAT(ids(*screen.opportunities()), ElementsAre("xcode-builds", "caches", "downloads", "system"));
     std::int64_t all = 0;
     for (const CleanupGroup& each : *stage.model->groups)
         for (const ScannableItem& one : each.items) all += one.size;
