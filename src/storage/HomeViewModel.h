@@ -60,7 +60,7 @@ public:
     Observed<IDs> pendingBucketIDs{changes};                        ///< being measured
 
     /// Begins the load again: at the program's start, when the screen appears, when the window becomes
-    /// active.
+    /// active. Kept figures show at once.
     void refresh(std::shared_ptr<const CleanupViewModel> cleanup);
     /// Reads the volume's figures anew, and nothing else.
     void refreshVolume();
@@ -85,6 +85,7 @@ public:
 private:
     using Sizer = StorageInventoryService::Sizer;
 
+    void showCached();
     Task<void> loadInventory(std::shared_ptr<const CleanupViewModel> cleanup);
     Task<void> measureFirst(Sizer sizer);
     void takeFinished(const Buckets& measured, std::int64_t used);

@@ -15,9 +15,18 @@ constexpr Duration fullReindexDelay = std::chrono::seconds(1);
 void HomeViewModel::refresh(std::shared_ptr<const CleanupViewModel> cleanup) {
     inventoryTask_.cancel();
     if (!cachedMeasurable_) isLoadingInventory = true;
+    showCached();
     inventoryTask_ = spawn(parts_.tasks, [self = shared_from_this(), cleanup = std::move(cleanup)] {
         return self->loadInventory(cleanup);
     });
+}
+
+/// The figures that were kept belong into the window's first frame, so the volume is not waited for on a
+/// worker here; it is one question to the file system. What can go follows with the load.
+void HomeViewModel::showCached() {
+    if (!cachedMeasurable_ || dashboard->has_value()) return;
+    volume = parts_.volumeReader->readVolume();
+    publish(*cachedMeasurable_, usedBytes(), lastCleanupInsights_);
 }
 
 Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> cleanup) {

@@ -73,6 +73,14 @@ TEST_F(HomeViewModelTest, AFreshCacheIsShownAndNothingIsMeasured) {
     EXPECT_FALSE(*screen->isLoadingInventory);
 }
 
+TEST_F(HomeViewModelTest, KeptFiguresShowBeforeAnythingIsAwaited) {
+    cache(60s);
+    makeScreen();
+    screen->refresh(model);
+    EXPECT_THAT(shown(), ElementsAre(Pair("documents", 1), Pair("media", 2), Pair("system", 597)));
+    EXPECT_EQ(screen->volume->volumeName, "Disk");
+}
+
 TEST_F(HomeViewModelTest, ACacheOfElevenMinutesWithoutAWatcherIsMeasuredAnewAfterASecond) {
     cache(11min);
     makeScreen();
