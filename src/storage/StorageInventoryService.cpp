@@ -24,6 +24,7 @@ std::vector<BucketDefinition> measurableDefinitions() {
 
 std::vector<FileURL> places(const BucketDefinition& definition, const FileURL& home) {
     std::vector<FileURL> urls;
+    urls.reserve(definition.relativePaths.size() + definition.absolutePaths.size());
     for (const std::string& path : definition.relativePaths) urls.push_back(home.appending(path));
     for (const std::string& path : definition.absolutePaths) urls.emplace_back(path);
     return urls;

@@ -49,7 +49,8 @@ protected:
     std::vector<ScannableItem> found(const std::string& output, std::int32_t status = 0) {
         return UninstallerSpotlightQuery(
                    {tree.url("one"), tree.url("two")},
-                   [=, this](const std::string& executable, const std::vector<std::string>& arguments) {
+                   [&output, status, this](const std::string& executable,
+                                           const std::vector<std::string>& arguments) {
                        commands.push_back({executable});
                        commands.back().insert(commands.back().end(), arguments.begin(), arguments.end());
                        return std::optional(ChildResult{status, output});
