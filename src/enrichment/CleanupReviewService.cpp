@@ -89,11 +89,9 @@ std::optional<ReviewPatch> patchOf(const ReviewEntry& entry, const PendingReview
     const MetadataByID& catalog = probeMetadataByID();
     const auto target = catalog.find(*entry.targetGroupID);
     if (target == catalog.end()) return std::nullopt;
-    ScannableItem moved = ReviewPromotionHeuristics::movedItem(item);
-    const bool leavesGroup = item.currentGroupID && *item.currentGroupID != target->first;
-    if (entry.action == ReviewActionKind::reclassify && leavesGroup)
-        return ReviewPatch::reclassify(std::move(moved), *item.currentGroupID, target->second);
-    return ReviewPatch::promote(std::move(moved), target->second);
+    if (entry.action == ReviewActionKind::reclassify)
+        return ReviewPromotionHeuristics::moveTo(target->second, item);
+    return ReviewPatch::promote(ReviewPromotionHeuristics::movedItem(item), target->second);
 }
 
 } // namespace

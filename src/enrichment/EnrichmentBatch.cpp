@@ -20,7 +20,7 @@ EnrichedEntry entryOf(AnswerEntry&& values) {
     EnrichedEntry entry;
     entry.id = std::move(values[0]).value();
     entry.friendlyName = std::move(values[1]).value();
-    entry.safety = values[2] == draftSafetyWords[1] ? DraftSafety::revisar : DraftSafety::seguro;
+    entry.safety = draftSafetyOf(values[2].value());
     entry.reason = std::move(values[3]).value();
     entry.kind = std::move(values[4]);
     return entry;

@@ -32,7 +32,7 @@ ReviewEntry entryOf(AnswerEntry&& values) {
     entry.action = actionOf(values[1].value());
     entry.targetGroupID = std::move(values[2]);
     entry.friendlyName = std::move(values[3]);
-    entry.safety = values[4] == draftSafetyWords[1] ? DraftSafety::revisar : DraftSafety::seguro;
+    entry.safety = draftSafetyOf(values[4].value());
     entry.reason = std::move(values[5]).value();
     return entry;
 }

@@ -82,13 +82,16 @@ Promotions promote(const std::vector<PendingReviewItem>& items) {
         const auto target = groupID ? catalog.find(*groupID) : catalog.end();
         if (target == catalog.end())
             made.unplaced.push_back(item);
-        else if (item.currentGroupID && *item.currentGroupID != target->first)
-            made.patches.push_back(
-                ReviewPatch::reclassify(movedItem(item), *item.currentGroupID, target->second));
         else
-            made.patches.push_back(ReviewPatch::promote(movedItem(item), target->second));
+            made.patches.push_back(moveTo(target->second, item));
     }
     return made;
+}
+
+ReviewPatch moveTo(const GroupMetadata& target, const PendingReviewItem& item) {
+    if (item.currentGroupID && *item.currentGroupID != target.id)
+        return ReviewPatch::reclassify(movedItem(item), *item.currentGroupID, target);
+    return ReviewPatch::promote(movedItem(item), target);
 }
 
 ScannableItem movedItem(const PendingReviewItem& item) {

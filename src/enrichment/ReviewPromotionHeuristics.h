@@ -24,6 +24,9 @@ std::optional<std::string_view> matchGroupID(std::string_view path);
 /// Both lists in the order of the items.
 Promotions promote(const std::vector<PendingReviewItem>& items);
 
+/// The item into that group: a reclassification where it leaves another group for it, else a promotion.
+ReviewPatch moveTo(const GroupMetadata& target, const PendingReviewItem& item);
+
 /// The item as it joins another group: known by its place alone, whatever it was known by before.
 ScannableItem movedItem(const PendingReviewItem& item);
 

@@ -10,13 +10,8 @@
 namespace vesko {
 namespace {
 
-constexpr std::string_view systemID = "system";
 constexpr double cacheLifetimeWatched = 86'400;
 constexpr double cacheLifetimeUnwatched = 600;
-
-void removeSystem(HomeViewModel::Buckets& buckets) {
-    std::erase_if(buckets, [](const StorageCategoryBucket& bucket) { return bucket.id == systemID; });
-}
 
 } // namespace
 
@@ -27,6 +22,10 @@ HomeViewModel::HomeViewModel(HomeViewModelParts parts) : parts_(std::move(parts)
     removeSystem(snapshot->buckets);
     cachedMeasurable_ = std::move(snapshot->buckets);
     cacheCapturedAt_ = snapshot->capturedAt;
+}
+
+void HomeViewModel::removeSystem(Buckets& buckets) {
+    std::erase_if(buckets, [](const StorageCategoryBucket& bucket) { return bucket.id == systemID; });
 }
 
 HomeViewModel::~HomeViewModel() {

@@ -84,9 +84,13 @@ public:
 
 private:
     using Sizer = StorageInventoryService::Sizer;
+    /// The bucket that is not measured: what the others leave of the used space.
+    static constexpr std::string_view systemID = "system";
+    static void removeSystem(Buckets& buckets);
 
-    void showCached();
-    Task<void> loadInventory(std::shared_ptr<const CleanupViewModel> cleanup);
+    /// Tells whether it had something to show, and read the volume for it.
+    bool showCached();
+    Task<void> loadInventory(std::shared_ptr<const CleanupViewModel> cleanup, bool hasVolume);
     Task<void> measureFirst(Sizer sizer);
     void takeFinished(const Buckets& measured, std::int64_t used);
     Task<void> openWatcher();

@@ -15,28 +15,29 @@ constexpr Duration fullReindexDelay = std::chrono::seconds(1);
 void HomeViewModel::refresh(std::shared_ptr<const CleanupViewModel> cleanup) {
     inventoryTask_.cancel();
     if (!cachedMeasurable_) isLoadingInventory = true;
-    showCached();
-    inventoryTask_ = spawn(parts_.tasks, [self = shared_from_this(), cleanup = std::move(cleanup)] {
-        return self->loadInventory(cleanup);
-    });
+    const bool hasVolume = showCached();
+    inventoryTask_ = spawn(parts_.tasks, [self = shared_from_this(), cleanup = std::move(cleanup),
+                                          hasVolume] { return self->loadInventory(cleanup, hasVolume); });
 }
 
 /// The figures that were kept belong into the window's first frame, so the volume is not waited for on a
-/// worker here; it is one question to the file system. What can go follows with the load.
-void HomeViewModel::showCached() {
-    if (!cachedMeasurable_ || dashboard->has_value()) return;
+/// worker here; it is one question to the file system, and the load that follows does not ask it again. What
+/// can go follows with the load.
+bool HomeViewModel::showCached() {
+    if (!cachedMeasurable_ || dashboard->has_value()) return false;
     volume = parts_.volumeReader->readVolume();
     publish(*cachedMeasurable_, usedBytes(), lastCleanupInsights_);
+    return true;
 }
 
-Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> cleanup) {
+Task<void> HomeViewModel::loadInventory(std::shared_ptr<const CleanupViewModel> cleanup, bool hasVolume) {
     const TaskContext task = co_await currentContext();
     // How long the cache counts as fresh depends on whether a watcher stands.
     const TaskHandle<void> watching = watchTask_;
     if (watching) co_await watching.value();
     // Figures as old as this will do; a scan that begins now shares its readings.
     const Sizer sizer = StorageInventoryService::sizerForOneRun(parts_.inventorySizer);
-    co_await readVolume();
+    if (!hasVolume) co_await readVolume();
     if (task.stop.stopRequested()) co_return;
     const std::int64_t used = usedBytes();
     auto work = offload([groups = *cleanup->groups, used] { return makeConsultantBreakdown(groups, used); });
@@ -79,7 +80,7 @@ Task<void> HomeViewModel::measureFirst(Sizer sizer) {
             continue;
         }
         Buckets measured = std::move(std::get<InventoryFinished>(*update).buckets);
-        std::erase_if(measured, [](const StorageCategoryBucket& bucket) { return bucket.id == "system"; });
+        removeSystem(measured);
         takeFinished(measured, used);
         StorageInventorySnapshot snapshot{*cacheCapturedAt_, used, std::move(measured)};
         co_await save(std::move(snapshot));
@@ -119,7 +120,7 @@ Task<void> HomeViewModel::reindex(IDs ids, Sizer sizer) {
     IDs shown = ids;
     const std::vector<std::string> measurable = StorageInventoryService::measurableBucketIDs();
     if (std::ranges::any_of(measurable, [&](const std::string& id) { return ids.contains(id); }))
-        shown.insert("system"); // its remainder moves with them
+        shown.insert(std::string(systemID)); // its remainder moves with them
     setPending(shown, true);
     co_await readVolume();
     const std::int64_t used = usedBytes();

@@ -35,10 +35,10 @@ void HomeScreen::refresh() {
     }
     HomeScreenState state = describe(*home_, *cleanup_);
     if (state == state_) return;
-    const bool hadSegments = state.segments == state_.segments && state.legend == state_.legend;
+    const bool sameSegments = state.segments == state_.segments && state.legend == state_.legend;
     state_ = std::move(state);
     takeLists();
-    if (!hadSegments) Q_EMIT segmentsChanged();
+    if (!sameSegments) Q_EMIT segmentsChanged();
     Q_EMIT changed();
 }
 

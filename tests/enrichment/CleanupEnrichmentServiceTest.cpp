@@ -47,11 +47,7 @@ std::vector<std::string> asked(const ScriptedModel::Question& question) {
     return linesBehind(question.request.prompt, "Judge");
 }
 
-std::vector<std::string> askedIDs(const ScriptedModel::Question& question) {
-    std::vector<std::string> ids;
-    for (const std::string& line : asked(question)) ids.push_back(idOf(line));
-    return ids;
-}
+std::vector<std::string> askedIDs(const ScriptedModel::Question& question) { return idsOf(asked(question)); }
 
 /// A good answer to each line.
 std::string goodAnswer(const ScriptedModel::Question& question) {
@@ -62,18 +58,15 @@ std::string goodAnswer(const ScriptedModel::Question& question) {
 
 class CleanupEnrichmentServiceTest : public ::testing::Test {
 protected:
-    CleanupEnrichmentServiceTest() { answerAfter({1s}); }
+    CleanupEnrichmentServiceTest() {
+        flows.goodAnswer = goodAnswer;
+        flows.answerAfter({1s});
+    }
     ~CleanupEnrichmentServiceTest() override {
         reader.cancel();
         flows.loop.advance(24h);
     }
 
-    /// Good answers, each question's after its own time; the last time holds for all that follow.
-    void answerAfter(std::vector<Duration> times) {
-        flows.model->script = [times = std::move(times)](const auto& question, std::size_t number) {
-            return ScriptedModel::Answer{times[std::min(number, times.size() - 1)], goodAnswer(question)};
-        };
-    }
     void answerWith(std::string text) {
         flows.model->script = [text = std::move(text)](const auto&, std::size_t) {
             return ScriptedModel::Answer{1s, text};
@@ -98,8 +91,6 @@ protected:
     }
 
     const LanguageScope english{Language::english};
-    const ScopedEnvironment noPlayground{"XCODE_RUNNING_FOR_PLAYGROUNDS", std::nullopt};
-    const ScopedEnvironment noTestHost{"XCTestConfigurationFilePath", std::nullopt};
     ModelFlows flows;
     SetDates dates;
     std::shared_ptr<CleanupEnrichmentService> service = std::make_shared<CleanupEnrichmentService>(
@@ -127,7 +118,7 @@ TEST_F(CleanupEnrichmentServiceTest, AListWithoutDiscoveriesEndsAtOnceAndAsksNot
 }
 
 TEST_F(CleanupEnrichmentServiceTest, TwentyFiveItemsGoInThreeBatchesTheThirdOnceOneHasReturned) {
-    answerAfter({5s, 8s, 1s});
+    flows.answerAfter({5s, 8s, 1s});
     enrich({discovered("discover.caches", items(25))});
     ASSERT_THAT(flows.model->questions, SizeIs(2));
     EXPECT_THAT(askedIDs(flows.model->questions[0]),
@@ -147,7 +138,7 @@ TEST_F(CleanupEnrichmentServiceTest, TwentyFiveItemsGoInThreeBatchesTheThirdOnce
 }
 
 TEST_F(CleanupEnrichmentServiceTest, AtExactlyTheBudgetTheNextBatchStillBegins) {
-    answerAfter({20s, 21s, 1s});
+    flows.answerAfter({20s, 21s, 1s});
     enrich({discovered("discover.caches", items(25))});
     flows.loop.advance(20s);
     EXPECT_THAT(flows.model->questions, SizeIs(3));
@@ -156,7 +147,7 @@ TEST_F(CleanupEnrichmentServiceTest, AtExactlyTheBudgetTheNextBatchStillBegins) 
 }
 
 TEST_F(CleanupEnrichmentServiceTest, JustBehindTheBudgetNoBatchBegins) {
-    answerAfter({20s + 1ns, 20s + 2ns, 1s});
+    flows.answerAfter({20s + 1ns, 20s + 2ns, 1s});
     enrich({discovered("discover.caches", items(25))});
     flows.loop.advance(21s);
     EXPECT_TRUE(hasEnded);
@@ -164,7 +155,7 @@ TEST_F(CleanupEnrichmentServiceTest, JustBehindTheBudgetNoBatchBegins) {
 }
 
 TEST_F(CleanupEnrichmentServiceTest, ALateBatchIsTakenTheOtherCancelledAndNoneBegun) {
-    answerAfter({30s, 21s, 1s});
+    flows.answerAfter({30s, 21s, 1s});
     enrich({discovered("discover.caches", items(36))});
     flows.loop.advance(21s);
     EXPECT_TRUE(hasEnded);
@@ -177,7 +168,7 @@ TEST_F(CleanupEnrichmentServiceTest, ALateBatchIsTakenTheOtherCancelledAndNoneBe
 }
 
 TEST_F(CleanupEnrichmentServiceTest, BatchesReportInTheOrderInWhichTheyFinish) {
-    answerAfter({3s, 1s, 1s});
+    flows.answerAfter({3s, 1s, 1s});
     enrich({discovered("discover.caches", items(25))});
     flows.loop.advance(1s);
     ASSERT_THAT(patches, SizeIs(12));
@@ -286,7 +277,7 @@ TEST_F(CleanupEnrichmentServiceTest, TextsAreTakenAsTheyCome) {
 }
 
 TEST_F(CleanupEnrichmentServiceTest, DroppingTheStreamCancelsTheRun) {
-    answerAfter({1h});
+    flows.answerAfter({1h});
     {
         const AsyncStream<EnrichmentPatch> stream =
             service->enrich({discovered("discover.caches", items(36))});
@@ -310,7 +301,7 @@ TEST_F(CleanupEnrichmentServiceTest, AStreamThatIsDroppedBeforeTheRunBeganAsksNo
 }
 
 TEST_F(CleanupEnrichmentServiceTest, CancellingTheReaderCancelsTheRunAndKeepsWhatCame) {
-    answerAfter({1s, 1h});
+    flows.answerAfter({1s, 1h});
     enrich({discovered("discover.caches", items(36))});
     flows.loop.advance(1s);
     EXPECT_THAT(patches, SizeIs(12));
@@ -445,7 +436,7 @@ TEST_F(CleanupEnrichmentServiceTest, RunsLeaveNothingBehind) {
 }
 
 TEST_F(CleanupEnrichmentServiceTest, FiveHundredItemsTakeFortyTwoQuestions) {
-    answerAfter({50ms});
+    flows.answerAfter({50ms});
     enrich({discovered("discover.caches", items(500))});
     flows.loop.advance(50ms * 21);
     EXPECT_TRUE(hasEnded);

@@ -33,9 +33,7 @@ std::vector<ScanReviewCandidate> candidates(int count) {
 }
 
 std::vector<std::string> askedIDs(const ScriptedModel::Question& question) {
-    std::vector<std::string> ids;
-    for (const std::string& line : reviewedLines(question.request.prompt)) ids.push_back(idOf(line));
-    return ids;
+    return idsOf(reviewedLines(question.request.prompt));
 }
 
 /// Each line's item into the trash.
@@ -47,18 +45,15 @@ std::string goodAnswer(const ScriptedModel::Question& question) {
 
 class CleanupReviewServiceTest : public ::testing::Test {
 protected:
-    CleanupReviewServiceTest() { answerAfter({1s}); }
+    CleanupReviewServiceTest() {
+        flows.goodAnswer = goodAnswer;
+        flows.answerAfter({1s});
+    }
     ~CleanupReviewServiceTest() override {
         task.cancel();
         flows.loop.advance(24h);
     }
 
-    /// Good answers, each question's after its own time; the last time holds for all that follow.
-    void answerAfter(std::vector<Duration> times) {
-        flows.model->script = [times = std::move(times)](const auto& question, std::size_t number) {
-            return ScriptedModel::Answer{times[std::min(number, times.size() - 1)], goodAnswer(question)};
-        };
-    }
     void review(std::vector<CleanupGroup> groups, std::vector<ScanReviewCandidate> offered) {
         task = spawn(flows.context, [this, groups, offered]() -> Task<void> {
             patches = co_await service.review(groups, offered);
@@ -78,8 +73,6 @@ protected:
     }
 
     const LanguageScope english{Language::english};
-    const ScopedEnvironment noPlayground{"XCODE_RUNNING_FOR_PLAYGROUNDS", std::nullopt};
-    const ScopedEnvironment noTestHost{"XCTestConfigurationFilePath", std::nullopt};
     ModelFlows flows;
     SetDates dates;
     CleanupReviewService service{{}, flows.model, dates};
@@ -260,7 +253,7 @@ TEST_F(CleanupReviewServiceTest, AnswersThatFailOrAreBrokenCostTheirBatchAloneAn
 }
 
 TEST_F(CleanupReviewServiceTest, AtExactlyTheBudgetTheNextBatchStillBegins) {
-    answerAfter({30s, 1s});
+    flows.answerAfter({30s, 1s});
     review({}, candidates(20));
     flows.loop.advance(31s);
     EXPECT_TRUE(hasEnded);
@@ -268,7 +261,7 @@ TEST_F(CleanupReviewServiceTest, AtExactlyTheBudgetTheNextBatchStillBegins) {
 }
 
 TEST_F(CleanupReviewServiceTest, JustBehindTheBudgetNoBatchBeginsAndWhatCameIsKept) {
-    answerAfter({29s, 1s + 1ns, 1s});
+    flows.answerAfter({29s, 1s + 1ns, 1s});
     review({}, candidates(30));
     flows.loop.advance(1h);
     EXPECT_TRUE(hasEnded);
@@ -277,7 +270,7 @@ TEST_F(CleanupReviewServiceTest, JustBehindTheBudgetNoBatchBeginsAndWhatCameIsKe
 }
 
 TEST_F(CleanupReviewServiceTest, ABatchThatBeganInTimeRunsToItsEnd) {
-    answerAfter({29s, 10min});
+    flows.answerAfter({29s, 10min});
     review({}, candidates(20));
     flows.loop.advance(1h);
     EXPECT_TRUE(hasEnded);
@@ -285,7 +278,7 @@ TEST_F(CleanupReviewServiceTest, ABatchThatBeganInTimeRunsToItsEnd) {
 }
 
 TEST_F(CleanupReviewServiceTest, ACancelledRunAsksNoMoreAndGivesWhatItHas) {
-    answerAfter({1s, 1h});
+    flows.answerAfter({1s, 1h});
     review({}, candidates(30));
     flows.loop.advance(2s);
     ASSERT_EQ(flows.model->inFlight, 1);

@@ -52,7 +52,12 @@ inline std::vector<std::string> linesBehind(const std::string& prompt, std::stri
     return lines;
 }
 
-inline std::string idOf(const std::string& line) { return line.substr(0, line.find(" | ")); }
+/// The ids that lines of a prompt begin with.
+inline std::vector<std::string> idsOf(const std::vector<std::string>& lines) {
+    std::vector<std::string> ids;
+    for (const std::string& line : lines) ids.push_back(line.substr(0, line.find(" | ")));
+    return ids;
+}
 
 /// One record of an answer, its members in this order; nothing stands for null.
 using Record = std::vector<std::pair<std::string, std::optional<std::string>>>;

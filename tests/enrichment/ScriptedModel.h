@@ -2,6 +2,7 @@
 #include "concurrency/Concurrency.h"
 #include "enrichment/LanguageModel.h"
 #include "support/ManualLoop.h"
+#include "support/ScopedEnvironment.h"
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -97,12 +98,23 @@ private:
     const Clock& clock_;
 };
 
-/// What the flows of a test run on: one loop for everything, stepped by hand.
+/// What the flows of a test run on: one loop for everything, stepped by hand, in no development host.
 struct ModelFlows {
+    const ScopedEnvironment noPlayground{"XCODE_RUNNING_FOR_PLAYGROUNDS", std::nullopt};
+    const ScopedEnvironment noTestHost{"XCTestConfigurationFilePath", std::nullopt};
     ManualLoop loop;
     TaskRegistry registry;
     TaskContext context{&loop, &loop, &loop, {}, &registry};
     std::shared_ptr<ScriptedModel> model = std::make_shared<ScriptedModel>(loop);
+    /// What a model that does as it is told answers.
+    std::function<std::string(const ScriptedModel::Question&)> goodAnswer;
+
+    /// Good answers, each question's after its own time; the last time holds for all that follow.
+    void answerAfter(std::vector<Duration> times) const {
+        model->script = [good = goodAnswer, times = std::move(times)](const auto& question, std::size_t at) {
+            return ScriptedModel::Answer{times[std::min(at, times.size() - 1)], good(question)};
+        };
+    }
 };
 
 } // namespace vesko::testing

@@ -81,6 +81,16 @@ TEST_F(HomeViewModelTest, KeptFiguresShowBeforeAnythingIsAwaited) {
     EXPECT_EQ(screen->volume->volumeName, "Disk");
 }
 
+TEST_F(HomeViewModelTest, ALoadThatShowedKeptFiguresDoesNotReadTheVolumeAgain) {
+    cache(60s);
+    makeScreen();
+    refresh();
+    EXPECT_EQ(volumes->readings, 1);
+    // The next load shows nothing first, so it asks.
+    refresh();
+    EXPECT_EQ(volumes->readings, 2);
+}
+
 TEST_F(HomeViewModelTest, ACacheOfElevenMinutesWithoutAWatcherIsMeasuredAnewAfterASecond) {
     cache(11min);
     makeScreen();
