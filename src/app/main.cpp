@@ -1,5 +1,6 @@
 #include "app/ProgramLife.h"
 #include "app/SystemLanguage.h"
+#include "background/BackgroundRefresh.h"
 #include "background/SilentNotificationService.h"
 #include "base/Environment.h"
 #include "core/DiskVolumeService.h"
@@ -9,6 +10,7 @@
 #include "enrichment/UnavailableReview.h"
 #include "execution/SystemCleanupExecutor.h"
 #include "orchestration/CleanupViewModel.h"
+#include "platform/posix/PlatformUserDefaults.h"
 #include "platform/qt/FileManager.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemAppearance.h"
@@ -59,9 +61,11 @@ std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
     return std::make_shared<CleanupViewModel>(std::move(parts));
 }
 
-std::shared_ptr<HomeViewModel> makeHomeModel(Runs runs, const TaskContext& tasks) {
+std::shared_ptr<HomeViewModel> makeHomeModel(Runs runs, const std::shared_ptr<UserDefaults>& defaults,
+                                             const TaskContext& tasks) {
     HomeViewModelParts parts;
     parts.tasks = tasks;
+    parts.isBackgroundRefreshEnabled = [defaults] { return isBackgroundRefreshEnabled(*defaults); };
     parts.inventorySizer = std::make_shared<SharedStoragePathSizer>(std::move(runs));
     parts.store = std::make_shared<StorageInventoryStore>(StorageInventoryStore::defaultFileURL());
     parts.volumeReader = std::make_shared<DiskVolumeService>();
@@ -91,6 +95,7 @@ int run(int argc, char** argv) {
     if (!instance.claim()) return 0;
 
     ProgramLife life;
+    const std::shared_ptr<UserDefaults> defaults = platformUserDefaults(life.tasks());
     const auto enrichment = std::make_shared<EnrichmentStore>(EnrichmentStore::defaultFileURL(),
                                                               "afm-2026-06-i18n", life.tasks());
     if (!isDevelopmentHost()) enrichment->prefetch();
@@ -98,7 +103,7 @@ int run(int argc, char** argv) {
     const auto runs = std::make_shared<const MeasuringRuns>();
     const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, runs, life.tasks());
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
-    const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, life.tasks());
+    const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, defaults, life.tasks());
     HomeScreen home(homeModel, model, shell);
     SystemAppearance appearance;
     MainWindow window(shell, cleanup, home);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 namespace vesko {
@@ -26,6 +27,10 @@ constexpr std::array<bool, 256> mustBeEscaped = [] {
     table['"'] = table['\\'] = true;
     return table;
 }();
+
+/// Within these bounds figures are written without an exponent, as the platform's own encoder has it.
+constexpr double leastPlain = 1e-4;
+constexpr double firstNotPlain = 18'014'398'509'481'984.0; // 2^54
 
 } // namespace
 
@@ -87,7 +92,12 @@ void JsonWriter::integer(std::int64_t value) {
 void JsonWriter::number(double value) {
     separate();
     std::array<char, 40> digits;
-    bytes_.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+    char* const end = digits.data() + digits.size();
+    const double size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= leastPlain && size < firstNotPlain);
+    const auto written = isPlain ? std::to_chars(digits.data(), end, value, std::chars_format::fixed)
+                                 : std::to_chars(digits.data(), end, value, std::chars_format::scientific);
+    bytes_.append(digits.data(), written.ptr);
 }
 
 void JsonWriter::boolean(bool value) {

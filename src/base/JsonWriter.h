@@ -18,7 +18,8 @@ public:
     void key(std::string_view name);
     void string(std::string_view text);
     void integer(std::int64_t value);
-    /// The shortest form that reads back as the same figure; no fraction when whole.
+    /// The fewest digits that read back as the same figure; no fraction when whole, no exponent from 0.0001
+    /// up to 2^54.
     void number(double value);
     void boolean(bool value);
     void null();

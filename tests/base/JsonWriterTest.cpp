@@ -46,6 +46,13 @@ TEST(JsonWriter, NumbersAreWrittenInTheirShortestForm) {
     EXPECT_EQ(written([](JsonWriter& json) { json.number(816948900.0); }), "816948900");
     EXPECT_EQ(written([](JsonWriter& json) { json.number(816948900.25); }), "816948900.25");
     EXPECT_EQ(written([](JsonWriter& json) { json.number(-0.1); }), "-0.1");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(0); }), "0");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(785000000.0); }), "785000000");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(-18014398509481982.0); }), "-18014398509481982");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(18014398509481984.0); }), "1.8014398509481984e+16");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(1e300); }), "1e+300");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(0.0001); }), "0.0001");
+    EXPECT_EQ(written([](JsonWriter& json) { json.number(0.00001); }), "1e-05");
     EXPECT_EQ(written([](JsonWriter& json) { json.integer(std::numeric_limits<std::int64_t>::min()); }),
               "-9223372036854775808");
 }
