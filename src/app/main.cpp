@@ -1,3 +1,4 @@
+#include "app/ModelPasses.h"
 #include "app/ProgramLife.h"
 #include "app/SystemLanguage.h"
 #include "background/BackgroundRefresh.h"
@@ -6,8 +7,7 @@
 #include "core/DiskVolumeService.h"
 #include "core/MeasuringRuns.h"
 #include "core/SharedStoragePathSizer.h"
-#include "enrichment/UnavailableEnrichment.h"
-#include "enrichment/UnavailableReview.h"
+#include "enrichment/PlatformLanguageModel.h"
 #include "execution/SystemCleanupExecutor.h"
 #include "orchestration/CleanupViewModel.h"
 #include "platform/posix/PlatformUserDefaults.h"
@@ -46,7 +46,7 @@ using Runs = std::shared_ptr<const MeasuringRuns>;
 
 std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
                                                 std::shared_ptr<EnrichmentStore> enrichment, Runs runs,
-                                                const TaskContext& tasks) {
+                                                const ModelPasses& passes, const TaskContext& tasks) {
     CleanupViewModelParts parts;
     parts.tasks = tasks;
     parts.scanCacheStore = stores.scans;
@@ -54,8 +54,7 @@ std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
     parts.demotedPathsStore = stores.demotedPaths;
     parts.volumeReader = std::make_shared<DiskVolumeService>();
     parts.notificationService = std::make_shared<SilentNotificationService>();
-    parts.enricher = std::make_shared<UnavailableEnrichment>();
-    parts.reviewer = std::make_shared<UnavailableReview>();
+    passes.joinTo(parts);
     parts.executor = std::make_shared<SystemCleanupExecutor>();
     parts.measuringRuns = std::move(runs);
     return std::make_shared<CleanupViewModel>(std::move(parts));
@@ -101,7 +100,9 @@ int run(int argc, char** argv) {
     if (!isDevelopmentHost()) enrichment->prefetch();
     WindowModel shell({.accessTest = hasFullDiskAccess, .openAccessSettings = openDiskAccessSettings});
     const auto runs = std::make_shared<const MeasuringRuns>();
-    const std::shared_ptr<CleanupViewModel> model = makeViewModel(stores, enrichment, runs, life.tasks());
+    ModelPasses passes(platformLanguageModel(), life.tasks());
+    const auto model = makeViewModel(stores, enrichment, runs, passes, life.tasks());
+    passes.follow(model);
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
     const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, defaults, life.tasks());
     HomeScreen home(homeModel, model, shell);

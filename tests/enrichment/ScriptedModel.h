@@ -38,6 +38,8 @@ public:
     std::function<Answer(const Question&, std::size_t)> script;
     /// Asked each time, with how often it was asked before.
     std::function<bool(int)> available = [](int) { return true; };
+    /// How long that answer takes.
+    Duration availableAfter = Duration::zero();
 
     std::vector<Question> questions;
     int availabilityReads = 0;
@@ -49,6 +51,7 @@ public:
 
     Task<ModelAvailability> availability() override {
         const bool is = available(availabilityReads++);
+        if (availableAfter > Duration::zero()) co_await sleepFor(availableAfter);
         co_return is ? ModelAvailability::available : ModelAvailability::unavailable;
     }
     std::unique_ptr<LanguageModelSession> session(std::string instructions) override {
