@@ -2,11 +2,11 @@
 
 #include "base/CheckedSum.h"
 #include "base/Text.h"
+#include "base/UUID.h"
 #include "core/GroupBuilders.h"
 #include "core/ProbeCatalog.h"
 #include "enrichment/DisplayName.h"
 #include "orchestration/ConsultantCategory.h"
-#include "orchestration/UUID.h"
 #include <algorithm>
 #include <array>
 #include <utility>

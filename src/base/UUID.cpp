@@ -1,4 +1,4 @@
-#include "orchestration/UUID.h"
+#include "base/UUID.h"
 
 #include <array>
 #include <random>
