@@ -2,7 +2,7 @@
 #include "app/ProgramLife.h"
 #include "app/SystemLanguage.h"
 #include "background/BackgroundRefresh.h"
-#include "background/SilentNotificationService.h"
+#include "background/NotificationService.h"
 #include "base/Environment.h"
 #include "core/DiskVolumeService.h"
 #include "core/MeasuringRuns.h"
@@ -45,15 +45,17 @@ struct Stores {
 using Runs = std::shared_ptr<const MeasuringRuns>;
 
 std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
-                                                std::shared_ptr<EnrichmentStore> enrichment, Runs runs,
-                                                const ModelPasses& passes, const TaskContext& tasks) {
+                                                std::shared_ptr<EnrichmentStore> enrichment,
+                                                std::shared_ptr<NotificationDelivering> notifications,
+                                                Runs runs, const ModelPasses& passes,
+                                                const TaskContext& tasks) {
     CleanupViewModelParts parts;
     parts.tasks = tasks;
     parts.scanCacheStore = stores.scans;
     parts.enrichmentStore = std::move(enrichment);
     parts.demotedPathsStore = stores.demotedPaths;
     parts.volumeReader = std::make_shared<DiskVolumeService>();
-    parts.notificationService = std::make_shared<SilentNotificationService>();
+    parts.notificationService = std::move(notifications);
     passes.joinTo(parts);
     parts.executor = std::make_shared<SystemCleanupExecutor>();
     parts.measuringRuns = std::move(runs);
@@ -101,7 +103,9 @@ int run(int argc, char** argv) {
     WindowModel shell({.accessTest = hasFullDiskAccess, .openAccessSettings = openDiskAccessSettings});
     const auto runs = std::make_shared<const MeasuringRuns>();
     ModelPasses passes(platformLanguageModel(), life.tasks());
-    const auto model = makeViewModel(stores, enrichment, runs, passes, life.tasks());
+    const auto notifications = std::make_shared<NotificationService>(
+        platformNotificationCenter([&shell] { Q_EMIT shell.raiseRequested(); }));
+    const auto model = makeViewModel(stores, enrichment, notifications, runs, passes, life.tasks());
     passes.follow(model);
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
     const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, defaults, life.tasks());

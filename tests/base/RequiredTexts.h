@@ -99,6 +99,7 @@ constexpr auto requiredTexts = std::to_array<std::string_view>({
     "alert.largeOpportunity.title",
     "alert.lowSpace.body %@",
     "alert.lowSpace.title",
+    "alert.open",
     "alert.preferences.lowSpace.section",
     "alert.preferences.lowSpace.slider",
     "alert.preferences.lowSpace.threshold %lld",
