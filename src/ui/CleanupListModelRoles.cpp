@@ -4,6 +4,7 @@
 #include "orchestration/CleanupViewModel.h"
 #include "ui/CleanupListModel.h"
 #include "ui/SectionColor.h"
+#include "ui/ShownLine.h"
 
 // What each kind of row answers for each role.
 namespace vesko {
@@ -57,8 +58,8 @@ QVariant CleanupListModel::groupValue(const ListBlock& block, int role) const {
     switch (role) {
     case KindRole: return Group;
     case Qt::DisplayRole:
-    case TitleRole: return shown(model_->displayTitle(block.group));
-    case DetailRole: return shown(verdict(block).reason);
+    case TitleRole: return shownLine(model_->displayTitle(block.group));
+    case DetailRole: return shownLine(verdict(block).reason);
     case SizeRole: return shown(formatBytes(block.bytes));
     case CheckRole: return static_cast<int>(block.selection);
     case CheckableRole: return block.isSelectable;
@@ -82,7 +83,7 @@ QVariant CleanupListModel::itemValue(const ListBlock& block, int offset, int rol
     switch (role) {
     case KindRole: return Item;
     case Qt::DisplayRole:
-    case TitleRole: return shown(escapedForDisplay(model_->itemTitle(item, block.group)));
+    case TitleRole: return shownLine(escapedForDisplay(model_->itemTitle(item, block.group)));
     case DetailRole: return shortened(item.url.parent());
     case SizeRole: return shown(formatBytes(item.size));
     case CheckRole:

@@ -4,6 +4,7 @@
 #include "ui/CleanupListModel.h"
 #include "ui/CleanupScreenState.h"
 #include "ui/FileRevealing.h"
+#include "ui/ShownLine.h"
 #include <QObject>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
@@ -88,7 +89,7 @@ public:
     QString recoverLabel() const { return QString::fromStdString(state_.recoverLabel); }
     bool canRecover() const { return state_.canRecover; }
     QString deletingLine() const { return QString::fromStdString(state_.deletingLine); }
-    QString deletingItem() const { return QString::fromStdString(state_.deletingItem); }
+    QString deletingItem() const { return shownLine(state_.deletingItem); }
     double deletingFraction() const { return state_.deletingFraction; }
     QString confirmSummary() const { return QString::fromStdString(state_.confirmSummary); }
     QString confirmPrompt() const { return QString::fromStdString(state_.confirmPrompt); }

@@ -112,6 +112,11 @@ const std::map<QString, Enter>& states() {
              stage.model->analyzingKeys = keys;
              stage.model->isEnriching = true;
          }},
+        {"reviewing",
+         [](ScreenStage& stage) {
+             showList(stage);
+             stage.model->isReviewing = true;
+         }},
         {"reviewed",
          [](ScreenStage& stage) {
              showList(stage);

@@ -24,6 +24,14 @@ protected:
         showGroups(*driver.stage.model, sampleGroups());
         driver.stage.settle();
     }
+    void showTwoGroups() {
+        driver.show();
+        driver.stage.shell.setSelection(QStringLiteral("cleanup"));
+        showGroups(*driver.stage.model,
+                   {group("trash", {item("/n/a", 500'000'000), item("/n/b", 300'000'000)}),
+                    group("cache.npm", {item("/n/c", 700'000'000)})});
+        driver.stage.settle();
+    }
     static QString text(const char* key) { return QString::fromStdString(localized(key)); }
     CleanupViewModel& model() { return *driver.stage.model; }
     CleanupListModel& list() { return *driver.stage.cleanup.list(); }
@@ -300,6 +308,107 @@ TEST_F(AWindow, ReviewMessageStaysUntilItsButtonIsPressed) {
     EXPECT_FALSE(model().reviewMessage->has_value());
     EXPECT_FALSE(
         driver.find(QAccessible::AlertMessage, QStringLiteral("One item was put where it belongs.")));
+}
+
+TEST_F(AWindow, TheReviewsMarkStandsWhereTheReviewAddedSomethingAndNowhereElse) {
+    showTwoGroups();
+    const QString mark = text("a11y.aiDiscovered");
+    EXPECT_TRUE(driver.all(QAccessible::Graphic).isEmpty());
+    model().aiDiscoveredURLs = URLSet{FileURL("/n/b")};
+    driver.stage.settle();
+    // Of a collapsed group its row, of an expanded one that item's row too.
+    EXPECT_EQ(driver.all(QAccessible::Graphic).size(), 1);
+    list().setExpanded(list().rowOfGroup("trash"), true);
+    driver.stage.settle();
+    const QList<QAccessibleInterface*> marks = driver.all(QAccessible::Graphic);
+    ASSERT_EQ(marks.size(), 2);
+    for (const QAccessibleInterface* each : marks) EXPECT_EQ(each->text(QAccessible::Name), mark);
+    model().aiDiscoveredURLs = URLSet{};
+    driver.stage.settle();
+    EXPECT_TRUE(driver.all(QAccessible::Graphic).isEmpty());
+}
+
+TEST_F(AWindow, WhileVerdictsAreMadeTheBadgesSayItAndTheButtonWaits) {
+    showTwoGroups();
+    const QString recover = driver.stage.cleanup.recoverLabel();
+    ASSERT_FALSE(driver.isDisabled(QAccessible::Button, recover));
+    const auto row = [](const char* group, const char* verdict, const char* size) {
+        return QString::fromStdString(localized("a11y.group %1$@ %2$@ %3$@",
+                                                localized("probe." + std::string(group) + ".title"),
+                                                localized(verdict), size));
+    };
+    model().isEnriching = true;
+    model().analyzingKeys = std::unordered_set<EnrichmentKey>{{"url:/n/b"}};
+    driver.stage.settle();
+    EXPECT_TRUE(driver.isDisabled(QAccessible::Button, recover));
+    EXPECT_TRUE(driver.find(QAccessible::StaticText, text("action.waitingAI")));
+    EXPECT_TRUE(
+        driver.find(QAccessible::StaticText, QString::fromStdString(localized("chip.aiRefining %lld", 1))));
+    EXPECT_TRUE(driver.find(QAccessible::Button, row("trash", "safety.analyzing", "800 MB")));
+    EXPECT_TRUE(driver.find(QAccessible::Button, row("cache.npm", "safety.seguro", "700 MB")));
+    model().analyzingKeys = std::unordered_set<EnrichmentKey>();
+    model().isEnriching = false;
+    driver.stage.settle();
+    EXPECT_FALSE(driver.isDisabled(QAccessible::Button, recover));
+    EXPECT_TRUE(driver.find(QAccessible::StaticText, text("action.permanentWarning")));
+    EXPECT_TRUE(driver.find(QAccessible::Button, row("trash", "safety.revisar", "800 MB")));
+}
+
+// What others wrote.
+
+TEST_F(AWindow, EveryTextButThePromptOfTheConfirmWordIsPlain) {
+    driver.show();
+    int texts = 0;
+    for (const QString& state : stateNames()) {
+        if (state == QLatin1String("access")) continue;
+        enterState(driver.stage, state);
+        for (const QQuickItem* each : driver.items("Label") + driver.items("QQuickText")) {
+            ++texts;
+            // Qt::PlainText; the prompt is made of the catalog's texts alone.
+            const QString shown = each->property("text").toString();
+            if (!shown.contains(text("delete.confirm.word")))
+                EXPECT_EQ(each->property("textFormat").toInt(), 0)
+                    << state.toStdString() << ": " << shown.toStdString();
+        }
+        if (state == QLatin1String("confirm-ready")) break;
+        model().phase = CleanupPhase::idle();
+    }
+    EXPECT_GT(texts, 100);
+}
+
+TEST_F(AWindow, WhatAModelWroteIsALineOfPlainTextHoweverLongItIs) {
+    driver.show();
+    driver.stage.shell.setSelection(QStringLiteral("cleanup"));
+    ScannableItem one = item("/home/someone/Library/Caches/one", 900'000'000);
+    ScannableItem two = item("/home/someone/Library/Caches/two", 800'000'000);
+    Enrichment written;
+    written.friendlyName = "<h1>Name</h1> %1$@\n\u202eevil " + std::string(10'000, 'n');
+    written.reason = "<b>bold</b> <img src='http://127.0.0.1/'> %@\nsecond line\r\n\u202ethird " +
+                     std::string(10'000, 'r');
+    written.safety = Safety::risco;
+    written.source = EnrichmentSource::model;
+    model().enrichmentStore().apply({{one.enrichmentKey, written}, {two.enrichmentKey, written}});
+    showGroups(model(),
+               {group("discover.caches", {one, two}), group("apps.unused", {item("/x/a", 5'000'000)})});
+    driver.stage.settle();
+    list().setExpanded(list().rowOfGroup("discover.caches"), true);
+    driver.stage.settle();
+    EXPECT_EQ(driver.textFaults(), QStringList());
+    const auto isHarmless = [](const QString& told) {
+        return told.size() < 1000 && !told.contains(QLatin1Char('\n')) && !told.contains(QChar(0x202e));
+    };
+    int found = 0;
+    for (const QAccessible::Role role : {QAccessible::Button, QAccessible::ListItem, QAccessible::CheckBox})
+        for (QAccessibleInterface* each : driver.all(role)) {
+            for (const QAccessible::Text kind : {QAccessible::Name, QAccessible::Description}) {
+                const QString told = each->text(kind);
+                EXPECT_TRUE(isHarmless(told)) << told.toStdString();
+                found += static_cast<int>(told.contains(QLatin1String("<b>bold</b> <img src='http")) ||
+                                          told.contains(QLatin1String("<h1>Name</h1> %1$@")));
+            }
+        }
+    // The reason of the group, and each item's name in its row and in its box.
+    EXPECT_GE(found, 5);
 }
 
 TEST_F(AWindow, TheMessageAfterDeletingEverythingStandsAboveTheEmptyState) {
