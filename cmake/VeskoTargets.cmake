@@ -40,10 +40,11 @@ function(vesko_library NAME)
 endfunction()
 
 # vesko_test(NAME SOURCES ... LINKS ...): one test program a folder, each test known to ctest by its name.
-# LABELS mark tests for selection. Where the recorded data lies is told when they run, not when they are
+# LABELS mark tests for selection. PREFIX tells the same tests of two programs apart, FILTER (as googletest has it)
+# leaves some out. Where the recorded data lies is told when they run, not when they are
 # compiled, so that the compiler's cache serves every checkout.
 function(vesko_test NAME)
-  cmake_parse_arguments(ARG "NO_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "NO_MAIN" "TIMEOUT;PREFIX;FILTER" "SOURCES;LINKS;LABELS" ${ARGN})
   set(target test_${NAME})
   add_executable(${target} ${ARG_SOURCES})
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
@@ -55,6 +56,8 @@ function(vesko_test NAME)
     set(ARG_TIMEOUT 120)
   endif()
   gtest_discover_tests(${target}
+    TEST_PREFIX "${ARG_PREFIX}"
+    TEST_FILTER "${ARG_FILTER}"
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${NAME};${ARG_LABELS}"

@@ -4,6 +4,7 @@
 #include "background/BackgroundRefresh.h"
 #include "background/NotificationService.h"
 #include "base/Environment.h"
+#include "base/QuietReading.h"
 #include "core/DiskVolumeService.h"
 #include "core/MeasuringRuns.h"
 #include "core/SharedStoragePathSizer.h"
@@ -83,6 +84,7 @@ void scanAtStart(const std::shared_ptr<CleanupViewModel>& model) {
 
 int run(int argc, char** argv) {
     emptyStandardInput();
+    readQuietly();
     setCurrentLanguage(systemLanguage());
     Stores stores;
     if (!isDevelopmentHost()) stores.scans->prefetch();

@@ -6,6 +6,7 @@
 #include "app/ScanSummary.h"
 #include "base/FileSystem.h"
 #include "base/Paths.h"
+#include "base/QuietReading.h"
 #include "concurrency/Concurrency.h"
 #include "core/BoundedSizeCalculator.h"
 #include "core/ProbeCatalog.h"
@@ -128,6 +129,7 @@ int scanAndPrint(const Options& options) {
 } // namespace vesko
 
 int main(int count, char** words) {
+    vesko::readQuietly();
     vesko::setCurrentLanguage(vesko::preferredLanguage());
     const auto [options, problem] =
         vesko::parsed(std::vector<std::string>(words + (count > 0 ? 1 : 0), words + count));

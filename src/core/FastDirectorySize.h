@@ -16,6 +16,11 @@ inline constexpr std::int64_t quickFigureFloor = 4096;
 /// system. Nothing for a missing path, for anything but a folder (a link counts as the link), for a figure
 /// that is not above quickFigureFloor, when the task is cancelled, and when the tree could not be walked for
 /// lack of resources.
+///
+/// macOS is asked for its own figure of the folder instead, with one call (getattrlist(2),
+/// ATTR_DIR_ALLOCSIZE): a link at the end of the path is followed whatever `followLinks` says, the task is
+/// not looked at, and the eight bytes of the answer are taken as they stand, with the length word in front.
+/// Only a volume that keeps that attribute for folders gives a figure above quickFigureFloor.
 std::optional<std::int64_t> fastDirectorySize(const FileURL& url, bool followLinks);
 
 /// What `du -sk` prints for a single thing that is no folder, times 1024: its allocated blocks rounded up to

@@ -32,9 +32,10 @@ EntryStatus statusOf(const struct stat& raw) noexcept {
     status.identity.birth = raw.st_birthtimespec.tv_sec * 1'000'000'000LL + raw.st_birthtimespec.tv_nsec;
     status.mount = status.identity.device;
     status.allocatedBytes = static_cast<std::int64_t>(raw.st_blocks) * 512;
-    status.links = raw.st_nlink;
+    status.links = static_cast<std::uint32_t>(raw.st_nlink);
     status.kind = kindOf(raw.st_mode);
     status.isImmutable = (raw.st_flags & (UF_IMMUTABLE | UF_APPEND | SF_IMMUTABLE | SF_APPEND)) != 0;
+    status.isPlaceholder = (raw.st_flags & SF_DATALESS) != 0;
     status.isOwned = raw.st_uid == ::geteuid();
     return status;
 }
@@ -83,7 +84,7 @@ OpenedFolder openPieceBelow(const FolderHandle& root, const std::string& piece, 
     return folder;
 }
 
-/// The system has no flag for a single handle.
+/// The system has no flag for a single handle; readQuietly sees to it.
 void keepAccessDate(const FolderHandle&) noexcept {}
 
 AskedStatus entryStatus(const FolderHandle& folder, const char* name) noexcept {

@@ -27,9 +27,10 @@ struct EntryStatus {
     std::int64_t allocatedBytes = 0;
     std::uint32_t links = 1;
     EntryKind kind = EntryKind::other;
-    bool isMountRoot = false; ///< another file system, or another part of this one, is mounted here
-    bool isImmutable = false; ///< marked as not to be changed, or as only to be appended to
-    bool isOwned = false;     ///< this process may read it without leaving an access date
+    bool isMountRoot = false;   ///< another file system, or another part of this one, is mounted here
+    bool isPlaceholder = false; ///< its content is not on this machine, and reading would have it fetched
+    bool isImmutable = false;   ///< marked as not to be changed, or as only to be appended to
+    bool isOwned = false;       ///< this process may read it without leaving an access date
 };
 
 } // namespace vesko

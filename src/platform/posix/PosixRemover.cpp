@@ -1,6 +1,7 @@
 #include "execution/Remover.h"
 
 #include "base/Paths.h"
+#include "base/QuietReading.h"
 #include "platform/posix/FolderHandle.h"
 #include "platform/posix/Removal.h"
 #include "platform/posix/RemovalFailureKind.h"
@@ -75,6 +76,7 @@ std::optional<RemovalFailure> removeForGood(const FileURL& url, const RemovalPro
         return RemovalFailure{url, RemovalFailureKind::other,
                               std::make_error_code(std::errc::invalid_argument)};
 
+    const PlaceholderFetching fetching;
     // The home folder may be reached through links, and its last part may be one: "/." stands for its target.
     const std::string home = plainPath(homeFolder().path());
     OpenedFolder openHome = openFolder(home + "/.");

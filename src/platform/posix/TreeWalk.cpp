@@ -311,6 +311,7 @@ void TreeWalk::visitEntry(Worker& worker, const FolderNode& node, const FolderHa
     entry.isFirstSighting = isFirst(entry);
     const TreeVisitor::Next next = visitor_.visit(entry, worker.number);
     if (!isFolder || !entry.isFirstSighting || entry.status.isMountRoot) return;
+    if (entry.status.isPlaceholder) return; // nothing of it takes room here
     if (next == TreeVisitor::Next::putOff)
         putOff(worker, entry);
     else if (next == TreeVisitor::Next::enter)

@@ -16,4 +16,10 @@
 #define st_ctime st_ctimespec.tv_sec
 #define st_birthtimespec st_ctimespec
 #define st_flags st_uid
-enum { UF_IMMUTABLE = 2, UF_APPEND = 4, SF_IMMUTABLE = 0x20000, SF_APPEND = 0x40000 };
+enum {
+    UF_IMMUTABLE = 2,
+    UF_APPEND = 4,
+    SF_IMMUTABLE = 0x20000,
+    SF_APPEND = 0x40000,
+    SF_DATALESS = 0x40000000
+};

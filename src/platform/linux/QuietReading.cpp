@@ -1,0 +1,10 @@
+#include "base/QuietReading.h"
+
+namespace vesko {
+
+void readQuietly() noexcept {}
+
+PlaceholderFetching::PlaceholderFetching() noexcept = default;
+PlaceholderFetching::~PlaceholderFetching() = default;
+
+} // namespace vesko

@@ -1,0 +1,19 @@
+// What Apple's <sys/resource.h> adds, after its manual page getiopolicy_np(3).
+#pragma once
+#include_next <sys/resource.h>
+#define IOPOL_TYPE_VFS_ATIME_UPDATES 2
+#define IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES 3
+#define IOPOL_SCOPE_PROCESS 0
+#define IOPOL_SCOPE_THREAD 1
+#define IOPOL_ATIME_UPDATES_OFF 1
+#define IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT 0
+#define IOPOL_MATERIALIZE_DATALESS_FILES_OFF 1
+#define IOPOL_MATERIALIZE_DATALESS_FILES_ON 2
+#ifdef __cplusplus
+extern "C" {
+#endif
+int getiopolicy_np(int iotype, int scope);
+int setiopolicy_np(int iotype, int scope, int policy);
+#ifdef __cplusplus
+}
+#endif
