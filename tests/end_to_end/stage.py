@@ -6,11 +6,13 @@ root (as in a container), the test is copied with the program into a folder of i
 import os
 import pathlib
 import shutil
+import subprocess
 import sys
 import tempfile
 
 NOBODY = 65534
 STAGE = "VESKO_STAGE"
+NETWORK = "VESKO_NETWORK"  # whose own network this is: "root", "user", or "shared" where none can be had
 
 
 def program(name="vesko"):
@@ -25,13 +27,19 @@ def folder():
     return pathlib.Path(os.environ[STAGE])
 
 
-def enter(stand_ins=False):
+def enter(stand_ins=False, own_network=False):
     """Start this test again in its stage where needed; returns there. With `stand_ins`, inside a mount namespace in
-    which the stand-ins stand at the tools' paths; returns whether they do."""
+    which the stand-ins stand at the tools' paths; returns whether they do. With `own_network`, where nobody else
+    has a port; returns whether it is so."""
+    if own_network and NETWORK not in os.environ:
+        _start_in_own_network()
     if stand_ins and "VESKO_STAND_INS" not in os.environ:
         _start_again([str(_source() / "tools/with-stand-ins"), str(folder() / "home")], make_home=True)
-    if os.getuid() == 0:
+    # An ordinary user whose network is their own only looks like root.
+    if os.getuid() == 0 and os.environ.get(NETWORK) != "user":
         _copy_for_nobody()
+    if own_network:
+        return os.environ[NETWORK] in ("root", "user")
     return stand_ins and os.path.exists("/usr/bin/xcrun")
 
 
@@ -56,6 +64,19 @@ def _start_again(prefix, make_home=False):
     if make_home:
         (folder() / "home").mkdir(exist_ok=True)
     os.execv(prefix[0], [*prefix, sys.executable, "-B", *sys.argv])
+
+
+def _start_in_own_network():
+    kind = "root" if os.getuid() == 0 else "user"
+    command = ["unshare", "--net", *(["--map-root-user"] if kind == "user" else [])]
+    can = shutil.which("unshare") and subprocess.run([*command, "true"], capture_output=True, check=False).returncode == 0
+    os.environ[NETWORK] = kind if can else "shared"
+    if can:
+        # The loopback interface has to be brought up before the rights to do so are given up.
+        support = str(_source() / "tests/support")
+        raising = f"import os, sys; sys.path.insert(0, {support!r}); import model_server; " \
+                  "model_server.raise_loopback(); os.execv(sys.argv[1], sys.argv[1:])"
+        os.execvp(command[0], [*command, sys.executable, "-B", "-c", raising, sys.executable, "-B", *sys.argv])
 
 
 def _copy_for_nobody():
