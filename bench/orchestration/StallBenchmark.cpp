@@ -11,6 +11,7 @@
 #include "enrichment/UnavailableReview.h"
 #include "orchestration/CleanupViewModel.h"
 #include "orchestration/ConsultantBreakdown.h"
+#include "support/MemoryUserDefaults.h"
 #include "support/TempTree.h"
 #include <algorithm>
 #include <chrono>
@@ -113,6 +114,7 @@ public:
             std::make_shared<EnrichmentStore>(tree_.url("state/enrichment-cache.json"), "none", parts_.tasks);
         parts_.demotedPathsStore = std::make_shared<DemotedPathsStore>(tree_.url("state/demoted-paths.json"));
         parts_.notificationService = std::make_shared<SilentNotificationService>();
+        parts_.defaults = std::make_shared<testing::MemoryUserDefaults>();
         parts_.enricher = std::make_shared<UnavailableEnrichment>();
         parts_.reviewer = std::make_shared<UnavailableReview>();
         parts_.scanEngineFactory = [this](ScanMode) {

@@ -1,3 +1,4 @@
+#include "app/Background.h"
 #include "app/ModelPasses.h"
 #include "app/ProgramLife.h"
 #include "app/SystemLanguage.h"
@@ -45,17 +46,17 @@ struct Stores {
 
 using Runs = std::shared_ptr<const MeasuringRuns>;
 
-std::shared_ptr<CleanupViewModel> makeViewModel(const Stores& stores,
-                                                std::shared_ptr<EnrichmentStore> enrichment,
-                                                std::shared_ptr<NotificationDelivering> notifications,
-                                                Runs runs, const ModelPasses& passes,
-                                                const TaskContext& tasks) {
+std::shared_ptr<CleanupViewModel>
+makeViewModel(const Stores& stores, std::shared_ptr<EnrichmentStore> enrichment,
+              std::shared_ptr<UserDefaults> defaults, std::shared_ptr<NotificationDelivering> notifications,
+              Runs runs, const ModelPasses& passes, const TaskContext& tasks) {
     CleanupViewModelParts parts;
     parts.tasks = tasks;
     parts.scanCacheStore = stores.scans;
     parts.enrichmentStore = std::move(enrichment);
     parts.demotedPathsStore = stores.demotedPaths;
     parts.volumeReader = std::make_shared<DiskVolumeService>();
+    parts.defaults = std::move(defaults);
     parts.notificationService = std::move(notifications);
     passes.joinTo(parts);
     parts.executor = std::make_shared<SystemCleanupExecutor>();
@@ -107,11 +108,12 @@ int run(int argc, char** argv) {
     ModelPasses passes(platformLanguageModel(), life.tasks());
     const auto notifications = std::make_shared<NotificationService>(
         platformNotificationCenter([&shell] { Q_EMIT shell.raiseRequested(); }));
-    const auto model = makeViewModel(stores, enrichment, notifications, runs, passes, life.tasks());
+    const auto model = makeViewModel(stores, enrichment, defaults, notifications, runs, passes, life.tasks());
     passes.follow(model);
     CleanupScreen cleanup(model, std::make_shared<FileManager>());
     const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, defaults, life.tasks());
     HomeScreen home(homeModel, model, shell);
+    Background background(defaults, life.tasks());
     SystemAppearance appearance;
     MainWindow window(shell, cleanup, home);
 
@@ -129,6 +131,7 @@ int run(int argc, char** argv) {
     // What the person does not see at once waits for the first frame.
     QObject::connect(&shell, &WindowModel::framed, &cleanup, [&] {
         appearance.askPortal();
+        background.attach(model);
         if (!shell.hasFullDiskAccess()) return;
         home.start();
         scanAtStart(model);

@@ -52,10 +52,6 @@ std::uint64_t CleanupViewModel::verdictRevision() const noexcept {
     return entriesRevision_ + analyzingKeys.revision() + aiDiscoveredURLs.revision();
 }
 
-Task<void> CleanupViewModel::evaluateAlerts() {
-    if (isDevelopmentHost()) co_return;
-}
-
 void CleanupViewModel::persistScanSnapshot() {
     persistScanTask_.cancel();
     ScanCacheSnapshot snapshot;

@@ -2,9 +2,10 @@
 #include "background/NotificationDelivering.h"
 #include "base/Observation.h"
 #include "base/StringCatalog.h"
+#include "base/UserDefaults.h"
 #include "concurrency/Spawn.h"
 #include "concurrency/Task.h"
-#include "core/DiskVolume.h"
+#include "core/DiskVolumeService.h"
 #include "core/MeasuringRuns.h"
 #include "core/ProbeFingerprint.h"
 #include "core/ScanCacheStore.h"
@@ -17,6 +18,7 @@
 #include "enrichment/EnrichmentStore.h"
 #include "enrichment/ReviewOutcome.h"
 #include "execution/CleanupExecuting.h"
+#include "orchestration/AlertDecision.h"
 #include "orchestration/CleanupPhase.h"
 #include "orchestration/CleanupSectionEntry.h"
 #include "orchestration/DeletionProgress.h"
@@ -43,6 +45,9 @@ struct CleanupViewModelParts {
     std::shared_ptr<DemotedPathsStore> demotedPathsStore;
     std::shared_ptr<const DiskVolumeReading> volumeReader;
     std::shared_ptr<NotificationDelivering> notificationService;
+    std::shared_ptr<UserDefaults> defaults; ///< which notifications the person wants
+    /// What the low-space notification goes by: the volume itself, whatever the screens show.
+    std::shared_ptr<const DiskVolumeReading> alertVolume = std::make_shared<DiskVolumeService>();
     std::shared_ptr<CleanupEnriching> enricher;
     std::shared_ptr<CleanupReviewing> reviewer;
     std::function<bool()> isEnrichmentAvailable = [] { return false; };
@@ -173,7 +178,9 @@ public:
     /// meanwhile.
     Task<void> applyReviewPatches(std::vector<ReviewPatch> patches);
 
-    /// Decides which notifications a finished scan raises. Decides nothing yet.
+    /// Raises the notifications that a finished scan gives reason for, one after the other, and notes when.
+    /// What could not be shown counts as raised. Raises none in a development host and once the scan's task
+    /// is cancelled.
     Task<void> evaluateAlerts();
 
     /// Asks the Cleanup screen to scroll to a category's first group.
@@ -204,6 +211,7 @@ private:
     Task<bool> takeProbeFinished(ProbeFinished finished, const ScanRun& run);
     Task<bool> finalizeScan(ScanReport report, ScanMode mode, const ScanRun& run);
     void prepareForScan(ScanMode mode);
+    AlertSituation alertSituation() const;
     ScanEngine makeEngine(ScanMode mode) const;
     void refreshFingerprints();
     void persistScanSnapshot();

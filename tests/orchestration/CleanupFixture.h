@@ -8,6 +8,7 @@
 #include "enrichment/UnavailableReview.h"
 #include "orchestration/CleanupViewModel.h"
 #include "support/ManualLoop.h"
+#include "support/MemoryUserDefaults.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 #include <condition_variable>
@@ -126,6 +127,18 @@ inline URLSet urls(const std::vector<std::string>& paths) {
     return set;
 }
 
+/// A volume with as much room as the test says, by default plenty.
+class ScriptedVolume final : public DiskVolumeReading {
+public:
+    DiskVolumeInfo readVolume() const override {
+        if (gate) gate->wait();
+        return {2'000'000'000'000, availableBytes, "", AvailableSpaceMetric::standard};
+    }
+
+    std::int64_t availableBytes = 1'000'000'000'000;
+    std::shared_ptr<Gate> gate; ///< of the workers that read
+};
+
 /// A view model on a hand-stepped loop, with its files in a fresh folder and scans that find what the test
 /// says.
 class CleanupTest : public ::testing::Test {
@@ -138,6 +151,8 @@ protected:
                                                                   "model-1", context, dates);
         parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(tree.url("state/demoted-paths.json"));
         parts.notificationService = std::make_shared<SilentNotificationService>();
+        parts.defaults = defaults;
+        parts.alertVolume = volume;
         parts.enricher = std::make_shared<UnavailableEnrichment>();
         parts.reviewer = std::make_shared<UnavailableReview>();
         parts.scanEngineFactory = [this](ScanMode mode) { return engine(mode); };
@@ -216,6 +231,8 @@ protected:
     TaskRegistry registry;
     TaskContext context{&loop, &workers, &loop, {}, &registry};
     FixedDates dates;
+    std::shared_ptr<MemoryUserDefaults> defaults = std::make_shared<MemoryUserDefaults>();
+    std::shared_ptr<ScriptedVolume> volume = std::make_shared<ScriptedVolume>();
     CleanupViewModelParts parts;
     ProbeList probes;
     std::vector<ScanMode> modes; ///< of the engines that were asked for

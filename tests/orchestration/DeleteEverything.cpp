@@ -9,6 +9,7 @@
 #include "enrichment/UnavailableReview.h"
 #include "orchestration/CleanupViewModel.h"
 #include "support/ManualLoop.h"
+#include "support/MemoryUserDefaults.h"
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -28,6 +29,7 @@ int main(int count, char** words) {
         std::make_shared<EnrichmentStore>(state.appending("enrichment-cache.json"), "model-1", parts.tasks);
     parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(state.appending("demoted-paths.json"));
     parts.notificationService = std::make_shared<SilentNotificationService>();
+    parts.defaults = std::make_shared<testing::MemoryUserDefaults>();
     parts.enricher = std::make_shared<UnavailableEnrichment>();
     parts.reviewer = std::make_shared<UnavailableReview>();
     const auto model = std::make_shared<CleanupViewModel>(parts);

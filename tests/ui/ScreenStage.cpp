@@ -6,6 +6,7 @@
 #include "enrichment/UnavailableEnrichment.h"
 #include "enrichment/UnavailableReview.h"
 #include "execution/SystemCleanupExecutor.h"
+#include "support/MemoryUserDefaults.h"
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QThread>
@@ -31,6 +32,7 @@ std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
     parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(home.url("state/demoted-paths.json"));
     parts.volumeReader = volumes;
     parts.notificationService = std::make_shared<SilentNotificationService>();
+    parts.defaults = std::make_shared<MemoryUserDefaults>();
     parts.enricher = std::make_shared<UnavailableEnrichment>();
     parts.reviewer = std::make_shared<UnavailableReview>();
     parts.executor = std::make_shared<SystemCleanupExecutor>();
