@@ -25,14 +25,18 @@ class HostileServer {
 public:
     using Answer = std::function<void(QTcpSocket& socket, const HeardRequest& request)>;
 
-    explicit HostileServer(Answer answer, QHostAddress address = QHostAddress::LocalHost)
+    /// Port 0: any free one.
+    explicit HostileServer(Answer answer, const QHostAddress& address = QHostAddress::LocalHost,
+                           quint16 port = 0)
         : answer_(std::move(answer)) {
-        isListening_ = server_.listen(address);
+        isListening_ = server_.listen(address, port);
         QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] { accept(); });
     }
     HostileServer(const HostileServer&) = delete;
     HostileServer& operator=(const HostileServer&) = delete;
 
+    /// From now on.
+    void answerWith(Answer answer) { answer_ = std::move(answer); }
     bool isListening() const { return isListening_; }
     std::string address() const {
         return "http://" + server_.serverAddress().toString().toStdString() + ":" + std::to_string(port());
