@@ -66,14 +66,6 @@ TEST(ChatProtocol, AQuestionIsValidJsonWhateverBytesANameHolds) {
     ASSERT_EQ(messagesOf(question).size(), 2u);
 }
 
-TEST(ChatProtocol, OnlyTheBytesThatAreNoTextAreEscaped) {
-    EXPECT_EQ(promptText("0 | caf\xc3\xa9 | /a\n1 | b"), "0 | caf\xc3\xa9 | /a\n1 | b");
-    EXPECT_EQ(promptText("0 | caf\xe9 \xc3\xa9 | /a\n1 | \xed\xa0\x80"),
-              "0 | caf\\xE9 \xc3\xa9 | /a\n1 | \\xED\\xA0\\x80");
-    EXPECT_EQ(promptText(""), "");
-    EXPECT_EQ(promptText("\xff\n"), "\\xFF\n");
-}
-
 TEST(ChatProtocol, TheFirstModelOfTheListIsTaken) {
     EXPECT_EQ(firstModel(R"({"data":[{"id":"one"},{"id":"two"}]})"), "one");
     EXPECT_EQ(firstModel(R"({"object":"list","data":[{"object":"model","id":"one","n":1}]})"), "one");

@@ -1,8 +1,7 @@
 #include "platform/qt/ChatProtocol.h"
 #include "base/Json.h"
 #include "base/JsonWriter.h"
-#include "base/Paths.h"
-#include <cstddef>
+#include "enrichment/PromptText.h"
 
 namespace vesko {
 
@@ -80,19 +79,6 @@ std::optional<std::string> chatAnswer(std::string_view completion) {
     std::string said;
     if (!message || !readMember(*message, "content", said)) return std::nullopt;
     return said;
-}
-
-std::string promptText(std::string_view bytes) {
-    if (isUtf8(bytes)) return std::string(bytes);
-    std::string text;
-    text.reserve(bytes.size());
-    for (;;) {
-        const std::size_t end = bytes.find('\n');
-        text += escapedForDisplay(bytes.substr(0, end));
-        if (end == std::string_view::npos) return text;
-        text += '\n';
-        bytes.remove_prefix(end + 1);
-    }
 }
 
 } // namespace vesko

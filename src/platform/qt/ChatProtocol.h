@@ -19,9 +19,4 @@ std::string chatQuestion(std::string_view model, std::string_view instructions, 
 /// What the model said, of the first choice of the answer.
 std::optional<std::string> chatAnswer(std::string_view completion);
 
-/// A prompt as the text that JSON asks for: each byte that is no part of well-formed UTF-8 becomes "\xNN"
-/// with two upper-case hexadecimal digits, as do control characters other than line feeds. A prompt that is
-/// UTF-8 stays as it is.
-std::string promptText(std::string_view bytes);
-
 } // namespace vesko
