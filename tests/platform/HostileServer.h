@@ -46,6 +46,7 @@ public:
     /// How many connections the other side has closed.
     int closed() const { return closed_; }
     const std::vector<HeardRequest>& requests() const { return requests_; }
+    void forget() { requests_.clear(); }
     int questions() const {
         int count = 0;
         for (const HeardRequest& request : requests_) count += request.method == "POST" ? 1 : 0;

@@ -1,9 +1,8 @@
 #include "AskedModel.h"
 #include "HostileServer.h"
-#include "base/Json.h"
+#include "RightAnswers.h"
 #include "enrichment/CleanupEnrichmentService.h"
 #include "enrichment/CleanupReviewService.h"
-#include "enrichment/ModelAnswers.h"
 #include "enrichment/PassSamples.h"
 #include "platform/qt/ModelServer.h"
 #include <chrono>
@@ -15,41 +14,6 @@ namespace vesko::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// The user's message of a question.
-std::string promptOf(const HeardRequest& request) {
-    const std::optional<JsonDocument> document = JsonDocument::parse(request.body.toStdString());
-    std::string prompt;
-    if (!document) return prompt;
-    for (const JsonValue message : document->root().member("messages")->elements())
-        readMember(message, "content", prompt);
-    return prompt;
-}
-
-std::vector<std::string> idsIn(const std::string& prompt) {
-    std::vector<std::string> lines;
-    std::istringstream stream(prompt);
-    for (std::string line; std::getline(stream, line);)
-        if (line[0] >= '0' && line[0] <= '9') lines.push_back(line);
-    return idsOf(lines);
-}
-
-QByteArray rightAnswer(const HeardRequest& request) {
-    const std::string prompt = promptOf(request);
-    const bool isReview = prompt.contains(groupsAnnounced);
-    std::vector<Record> entries;
-    for (const std::string& id : idsIn(prompt))
-        entries.push_back(isReview ? reviewed(id, "reclassify", "cache.npm")
-                                   : Record{{"id", id},
-                                            {"friendlyName", "name " + id},
-                                            {"safety", "seguro"},
-                                            {"reason", "reason"},
-                                            {"kind", std::nullopt}});
-    JsonWriter content;
-    content.string(answerOf(entries));
-    return QByteArray::fromStdString(R"({"choices":[{"message":{"role":"assistant","content":)" +
-                                     content.take() + "}}]}");
-}
 
 const QByteArray jsonHead = "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n";
 
@@ -130,18 +94,11 @@ ModelServer::Limits hasty() {
 
 class ModelServerPassesTest : public ::testing::TestWithParam<BadAnswer> {
 protected:
-    /// Items in one group of discoveries, all large enough to be reviewed.
-    static std::vector<CleanupGroup> items(int count) {
-        std::vector<ScannableItem> made;
-        for (int i = 0; i < count; ++i)
-            made.push_back(item("/c/thing" + std::to_string(100 + i), hundredMebibytes));
-        return {discovered("discover.caches", made)};
-    }
     std::set<EnrichmentKey> enriched(const std::shared_ptr<LanguageModel>& model, int count) {
         CleanupEnrichmentService service({}, model, loop.context());
         std::set<EnrichmentKey> keys;
         const auto run = spawn(loop.context(), [&]() -> Task<void> {
-            AsyncStream<EnrichmentPatch> patches = service.enrich(items(count));
+            AsyncStream<EnrichmentPatch> patches = service.enrich(manyItems(count));
             for (;;) {
                 const std::optional<EnrichmentPatch> patch = co_await patches.next();
                 if (!patch) break;
@@ -157,7 +114,7 @@ protected:
         const auto run = spawn(loop.context(), [&]() -> Task<void> {
             CleanupReviewService asked = service;
             const std::vector<ReviewPatch> answered =
-                co_await asked.review(items(count), std::vector<ScanReviewCandidate>());
+                co_await asked.review(manyItems(count), std::vector<ScanReviewCandidate>());
             patches = answered.size();
         });
         EXPECT_TRUE(loop.turnUntil([&] { return run.done(); }));
@@ -226,9 +183,7 @@ TEST_F(PassesTest, HostileNamesArriveAsOneLineEach) {
     std::vector<std::string> lines;
     HostileServer server([&](QTcpSocket& socket, const HeardRequest& request) {
         if (request.method == "GET") return HostileServer::sendModels(socket);
-        std::istringstream stream(promptOf(request));
-        for (std::string line; std::getline(stream, line);)
-            if (line[0] >= '0' && line[0] <= '9') lines.push_back(line);
+        for (const std::string& line : itemLines(promptOf(request))) lines.push_back(line);
         HostileServer::send(socket, rightAnswer(request));
     });
     const auto model = std::make_shared<ModelServer>(server.address());

@@ -20,11 +20,11 @@ class ModelServer final : public LanguageModel {
 public:
     /// Models without a graphics card write some 15 words a second, and the answer for a batch has several
     /// hundred: a minute is what an honest answer can take. A server that hangs costs a pass no more than
-    /// that either, since no pass begins a batch that late. Answers are read on the main thread, which has no
-    /// time for more than a mebibyte.
+    /// that either, since no pass begins a batch that late. An honest answer has some thousand bytes; what is
+    /// allowed is read within 50 ms on the main thread, whatever it holds.
     struct Limits {
-        ExchangeLimits availability{std::chrono::seconds(1), std::chrono::seconds(1), 1 << 20};
-        ExchangeLimits answer{std::chrono::seconds(60), std::chrono::seconds(5), 1 << 20};
+        ExchangeLimits availability{std::chrono::seconds(1), std::chrono::seconds(1), 1 << 18};
+        ExchangeLimits answer{std::chrono::seconds(60), std::chrono::seconds(5), 1 << 18};
     };
 
     /// The address in the form that LoopbackAddress reads.
