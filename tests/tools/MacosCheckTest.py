@@ -1,12 +1,15 @@
 """The compile check for macOS lets right sources pass and catches the mistakes it is there for."""
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
 import unittest
 
-PROGRAM = pathlib.Path(os.environ["VESKO_SOURCE"]) / "tools/macos-check/run"
+SOURCE = pathlib.Path(os.environ["VESKO_SOURCE"])
+PROGRAM = SOURCE / "tools/macos-check/run"
+TYPES = SOURCE / "tests/platform/macos/DeclaredTypes.cpp"
 WATCHING = """#include <CoreServices/CoreServices.h>
 static void changed(ConstFSEventStreamRef, void*, size_t, void*, const FSEventStreamEventFlags*,
                     const FSEventStreamEventId*) {}
@@ -70,3 +73,47 @@ class MacosCheck(unittest.TestCase):
 
     def testAWarningIsAFailure(self):
         self.assertCaught("int zero() { int unused = 1; return 0; }\n", "unused variable")
+
+    def testEveryAdapterCompilesAndNeedsTheCallsThatAreListed(self):
+        adapters = sorted((SOURCE / "src/platform/macos").glob("*.cpp")) + sorted((SOURCE / "src/platform/macos").glob("*.mm"))
+        result = subprocess.run([str(PROGRAM), *map(str, adapters), str(TYPES)], capture_output=True, text=True,
+                                check=False)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.assertIn(f"{len(adapters) + 1} of {len(adapters) + 1} compile", result.stdout)
+        self.assertIn("OK   the adapters need the calls that symbols lists", result.stdout)
+
+    def testACallThatIsNotListedIsCaught(self):
+        copy = self.scratch / "tree"
+        shutil.copytree(SOURCE / "tools/macos-check", copy / "tools/macos-check")
+        shutil.copytree(SOURCE / "src/platform", copy / "src/platform")
+        shutil.copytree(SOURCE / "src/probes", copy / "src/probes")
+        source = copy / "src/platform/macos/ToolStandIns.cpp"
+        source.write_text(source.read_text() + "#include <unistd.h>\nint planted() { return ::getppid(); }\n")
+        result = subprocess.run([str(copy / "tools/macos-check/run"), str(source)], capture_output=True, text=True,
+                                check=False)
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertIn("> ToolStandIns.cpp: getppid", result.stdout)
+
+    def testEveryCallThatWeDeclareIsComparedWithTheRealOneOnAMac(self):
+        listed = (SOURCE / "tools/macos-check/symbols").read_text()
+        needed = {call for line in listed.splitlines() for call in line.split(":")[1].split()}
+        declared = set()
+        for header in (SOURCE / "tools/macos-check/declarations").rglob("*.h"):
+            declared |= set(re.findall(r"[A-Za-z_]\w*", header.read_text()))
+        compared = set(re.findall(r"decltype\((\w+)\)", TYPES.read_text()))
+        ours = needed & declared
+        self.assertIn("FSEventStreamCreate", ours)
+        self.assertEqual(ours - compared, set(), "these calls are missing in DeclaredTypes.cpp")
+
+    def testAWrongDeclarationIsCaught(self):
+        copy = self.scratch / "tree"
+        shutil.copytree(SOURCE / "tools/macos-check", copy / "tools/macos-check")
+        (copy / "src").mkdir()
+        header = copy / "tools/macos-check/declarations/CoreServices/CoreServices.h"
+        right = "Boolean FSEventStreamStart("
+        self.assertIn(right, header.read_text())
+        header.write_text(header.read_text().replace(right, "void FSEventStreamStart("))
+        result = subprocess.run([str(copy / "tools/macos-check/run"), str(TYPES)], capture_output=True, text=True,
+                                check=False)
+        self.assertEqual(result.returncode, 1, result.stdout)
+        self.assertIn("FSEventStreamStart", result.stderr)

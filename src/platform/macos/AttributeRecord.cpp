@@ -4,6 +4,7 @@
 #include <cstring>
 #include <sys/attr.h>
 #include <sys/stat.h>
+#include <sys/vnode.h>
 #include <time.h>
 
 namespace vesko {

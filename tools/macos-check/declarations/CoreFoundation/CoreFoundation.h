@@ -8,7 +8,6 @@ extern "C" {
 #endif
 typedef unsigned char Boolean, UInt8;
 typedef signed long CFIndex;
-typedef uint32_t CFOptionFlags32_;
 typedef unsigned long CFTypeID, CFOptionFlags, CFHashCode;
 typedef double CFTimeInterval, CFAbsoluteTime;
 typedef uint32_t CFStringEncoding;
@@ -22,18 +21,18 @@ typedef const struct __CFBoolean* CFBooleanRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFBundle* CFBundleRef;
 typedef struct __CFError* CFErrorRef;
+typedef Boolean (*CFArrayEqualCallBack)(const void* value1, const void* value2);
 typedef struct {
     CFIndex version;
-    const void* retain;
-    const void* release;
-    const void* copyDescription;
-    const void* equal;
+    const void* (*retain)(CFAllocatorRef allocator, const void* value);
+    void (*release)(CFAllocatorRef allocator, const void* value);
+    CFStringRef (*copyDescription)(const void* value);
+    CFArrayEqualCallBack equal;
 } CFArrayCallBacks;
 extern const CFAllocatorRef kCFAllocatorDefault;
 extern const CFArrayCallBacks kCFTypeArrayCallBacks;
 enum { kCFStringEncodingUTF8 = 0x08000100 };
-typedef CFIndex CFNumberType;
-enum { kCFNumberSInt64Type = 4, kCFNumberFloat64Type = 6 };
+typedef enum CFNumberType : CFIndex { kCFNumberSInt64Type = 4, kCFNumberFloat64Type = 6 } CFNumberType;
 void CFRelease(CFTypeRef cf);
 CFTypeRef CFRetain(CFTypeRef cf);
 CFTypeID CFGetTypeID(CFTypeRef cf);

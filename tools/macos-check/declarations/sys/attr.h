@@ -20,7 +20,7 @@ typedef struct attrreference {
     int32_t attr_dataoffset;
     uint32_t attr_length;
 } attrreference_t;
-enum { ATTR_BIT_MAP_COUNT = 5, FSOPT_NOFOLLOW = 1, VREG = 1, VDIR = 2, VLNK = 5 };
+enum { ATTR_BIT_MAP_COUNT = 5, FSOPT_NOFOLLOW = 1 };
 #define ATTR_CMN_RETURNED_ATTRS 0x80000000u
 enum {
     ATTR_CMN_NAME = 1,
