@@ -98,7 +98,8 @@ class MacosCheck(unittest.TestCase):
         listed = (SOURCE / "tools/macos-check/symbols").read_text()
         needed = {call for line in listed.splitlines() for call in line.split(":")[1].split()}
         declared = set()
-        for header in (SOURCE / "tools/macos-check/declarations").rglob("*.h"):
+        check = SOURCE / "tools/macos-check"
+        for header in [*(check / "declarations").rglob("*.h"), *(check / "additions").rglob("*.h")]:
             declared |= set(re.findall(r"[A-Za-z_]\w*", header.read_text()))
         compared = set(re.findall(r"decltype\((\w+)\)", TYPES.read_text()))
         ours = needed & declared

@@ -10,6 +10,7 @@
 #include <spawn.h>
 #include <sys/attr.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/vnode.h>
 #include <time.h>
@@ -63,6 +64,11 @@ static_assert(ATTR_DIR_MOUNTSTATUS == 4 && ATTR_DIR_ALLOCSIZE == 8 && DIR_MNTSTA
 static_assert(ATTR_FILE_LINKCOUNT == 1 && ATTR_FILE_ALLOCSIZE == 4);
 static_assert(VREG == 1 && VDIR == 2 && VLNK == 5);
 static_assert(UF_IMMUTABLE == 2 && UF_APPEND == 4 && SF_IMMUTABLE == 0x20000 && SF_APPEND == 0x40000);
+static_assert(SF_DATALESS == 0x40000000);
+static_assert(IOPOL_TYPE_VFS_ATIME_UPDATES == 2 && IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES == 3);
+static_assert(IOPOL_SCOPE_PROCESS == 0 && IOPOL_SCOPE_THREAD == 1 && IOPOL_ATIME_UPDATES_OFF == 1);
+static_assert(IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT == 0);
+static_assert(IOPOL_MATERIALIZE_DATALESS_FILES_OFF == 1 && IOPOL_MATERIALIZE_DATALESS_FILES_ON == 2);
 static_assert(POSIX_SPAWN_CLOEXEC_DEFAULT == 0x4000);
 
 // --- layouts
@@ -154,6 +160,9 @@ static_assert(isCall<decltype(dispatch_release), void(dispatch_object_t)>);
 
 // --- calls of the system's core
 static_assert(isCall<decltype(getattrlistbulk), int(int, void*, void*, std::size_t, std::uint64_t)>);
+static_assert(isCall<decltype(getattrlist), int(const char*, void*, void*, std::size_t, unsigned int)>);
+static_assert(isCall<decltype(getiopolicy_np), int(int, int)>);
+static_assert(isCall<decltype(setiopolicy_np), int(int, int, int)>);
 static_assert(isCall<decltype(statfs), int(const char*, struct statfs*)>);
 static_assert(
     isCall<decltype(posix_spawn_file_actions_addinherit_np), int(posix_spawn_file_actions_t*, int)>);

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 #include <sys/attr.h>
+#include <sys/vnode.h>
 #include <time.h>
 
 namespace vesko::testing {
