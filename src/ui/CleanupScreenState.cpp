@@ -40,10 +40,15 @@ void describeScan(CleanupScreenState& state, const CleanupViewModel& model) {
     state.scanFraction = std::clamp(progress->estimatedFraction, 0.0, 1.0);
 }
 
+/// The groups whose verdict is being made. The rest of a verdict is not worked out for it: over a long list,
+/// after each answer, that would be felt.
 std::int64_t analyzedGroups(const CleanupViewModel& model) {
-    if (model.analyzingKeys->empty()) return 0;
-    return std::count_if(model.groups->begin(), model.groups->end(),
-                         [&](const CleanupGroup& group) { return model.resolveGroup(group).isAnalyzing; });
+    const std::unordered_set<EnrichmentKey>& keys = *model.analyzingKeys;
+    if (keys.empty()) return 0;
+    const auto isAnalyzed = [&](const ScannableItem& item) { return keys.contains(item.enrichmentKey); };
+    return std::ranges::count_if(*model.groups, [&](const CleanupGroup& group) {
+        return std::ranges::any_of(group.items, isAnalyzed);
+    });
 }
 
 void describeHero(CleanupScreenState& state, const CleanupViewModel& model,

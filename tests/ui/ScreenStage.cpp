@@ -13,8 +13,8 @@
 
 namespace vesko::testing {
 
-ScreenStage::ScreenStage(bool hasAccess)
-    : model(makeModel()), homeModel(makeHomeModel()), access(hasAccess),
+ScreenStage::ScreenStage(bool hasAccess, std::function<void(CleanupViewModelParts&)> adjust)
+    : model(makeModel(adjust)), homeModel(makeHomeModel()), access(hasAccess),
       shell({.accessTest = [this] { return access; }, .openAccessSettings = [this] { ++settingsOpened; }}),
       cleanup(model, files), homeScreen(homeModel, model, shell), window(shell, cleanup, homeScreen) {
     homeModel->volume = volumes->volume;
@@ -23,7 +23,8 @@ ScreenStage::ScreenStage(bool hasAccess)
 
 ScreenStage::~ScreenStage() { life.end(); }
 
-std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
+std::shared_ptr<CleanupViewModel>
+ScreenStage::makeModel(const std::function<void(CleanupViewModelParts&)>& adjust) {
     CleanupViewModelParts parts;
     parts.tasks = life.tasks();
     parts.scanCacheStore = std::make_shared<ScanCacheStore>(home.url("state/scan-cache.json"));
@@ -40,6 +41,7 @@ std::shared_ptr<CleanupViewModel> ScreenStage::makeModel() {
         ++scansStarted;
         return ScanEngine();
     };
+    adjust(parts);
     return std::make_shared<CleanupViewModel>(std::move(parts));
 }
 

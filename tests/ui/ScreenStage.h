@@ -7,6 +7,7 @@
 #include "support/TempTree.h"
 #include "ui/MainWindow.h"
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -36,7 +37,10 @@ public:
 /// starts by itself; a test writes the view models' fields as those would.
 class ScreenStage {
 public:
-    explicit ScreenStage(bool hasAccess = true);
+    /// `adjust` may change what the Cleanup view model stands on.
+    explicit ScreenStage(
+        bool hasAccess = true,
+        std::function<void(CleanupViewModelParts&)> adjust = [](CleanupViewModelParts&) {});
     /// Finishes what still runs, as the program does at its end.
     ~ScreenStage();
 
@@ -62,7 +66,7 @@ public:
     MainWindow window;
 
 private:
-    std::shared_ptr<CleanupViewModel> makeModel();
+    std::shared_ptr<CleanupViewModel> makeModel(const std::function<void(CleanupViewModelParts&)>& adjust);
     std::shared_ptr<HomeViewModel> makeHomeModel();
 };
 
