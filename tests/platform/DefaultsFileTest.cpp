@@ -1,5 +1,6 @@
 #include "DefaultsFile.h"
 #include <gtest/gtest.h>
+#include <random>
 
 namespace vesko {
 namespace {
@@ -51,6 +52,22 @@ TEST(DefaultsFile, AnythingButOneObjectIsUnreadable) {
           "{\"a\":'1'}", "{\"a\":NaN}", "{\"a\":1} // no", "{\"a\":\"\xff\"}"})
         EXPECT_EQ(rewritten(text), "unreadable") << text;
     EXPECT_EQ(rewritten(std::string("{\"a\":1\0}", 8)), "unreadable");
+}
+
+TEST(DefaultsFile, NoFlippedByteDoesHarm) {
+    const std::string valid =
+        R"({"a": true, "x": [1.5, {"y": "]}\""}, -0], "d": {"data": "W10="}, "": null})";
+    std::mt19937 random(7);
+    int refused = 0;
+    for (int count = 0; count < 10'000; ++count) {
+        std::string bytes = valid;
+        bytes[random() % bytes.size()] ^= static_cast<char>(1 + random() % 255);
+        const auto file = DefaultsFile::parse(bytes);
+        if (!file) ++refused;
+        if (file) ASSERT_EQ(rewritten(file->text()), file->text()) << bytes;
+    }
+    EXPECT_GT(refused, 2'000);
+    EXPECT_LT(refused, 10'000);
 }
 
 TEST(DefaultsFile, DataIsAnObjectWithItsBase64) {

@@ -3,6 +3,7 @@
 #include "base/FileSystem.h"
 #include "concurrency/Concurrency.h"
 #include "support/ManualLoop.h"
+#include "support/ProcessorTime.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 #include "support/UserDefaultsContract.h"
@@ -153,6 +154,26 @@ TEST_F(FileUserDefaultsTest, AFileAbove256MebibytesCountsAsNone) {
     EXPECT_EQ(make().boolean("a"), true);
     ASSERT_EQ(::truncate(file.path().c_str(), (256 << 20) + 1), 0);
     EXPECT_EQ(make().boolean("a"), std::nullopt);
+}
+
+TEST_F(FileUserDefaultsTest, HoweverItIsDamagedAFileCountsAsNoneInTime) {
+    using namespace std::chrono_literals;
+    const std::string valid = R"({"a": true, "x": [1.5, {"y": "]}\""}], "d": {"data": "W10="}})";
+    const auto isNone = [&](std::string_view bytes, std::chrono::milliseconds limit) {
+        write(bytes);
+        const auto began = testing::processorTime();
+        const bool found = make().boolean("a").has_value();
+        EXPECT_LT(testing::processorTime() - began, limit);
+        return !found;
+    };
+    ASSERT_FALSE(isNone(valid, 100ms));
+    for (std::size_t length = 0; length < valid.size(); ++length)
+        ASSERT_TRUE(isNone(valid.substr(0, length), 100ms)) << length;
+    EXPECT_TRUE(isNone(std::string(100'000, '['), 100ms));
+    EXPECT_TRUE(isNone("{\"a\":true,\"x\":" + std::string(100'000, '['), 100ms));
+    const std::string text(200'000'000, 'x');
+    EXPECT_TRUE(isNone("{\"a\":true,\"x\":\"" + text + "\"}", 2000ms));
+    EXPECT_TRUE(isNone("{\"a\":true,\"x\":\"" + text, 2000ms));
 }
 
 TEST_F(FileUserDefaultsTest, AKeyThatIsNoTextSpoilsNothing) {

@@ -8,8 +8,8 @@ namespace vesko {
 
 /// Home thread only; it is gone for a turn that is finished later than the activity.
 struct ClockPeriodicActivity::Turns : std::enable_shared_from_this<Turns> {
-    Turns(PeriodicActivitySettings given, const TaskContext& context)
-        : settings(std::move(given)), tasks(context) {}
+    Turns(PeriodicActivitySettings given, TaskContext context)
+        : settings(std::move(given)), tasks(std::move(context)) {}
 
     void waitForNext() {
         timer = tasks.clock->at(due, [self = weak_from_this()] {

@@ -184,8 +184,8 @@ void FileUserDefaults::change(std::string_view key, std::optional<std::string> j
     spawn(tasks_, [store = store_]() -> Task<void> {
         try {
             co_await sleepFor(debounce);
-        } catch (
-            const Cancelled&) { // NOLINT(bugprone-empty-catch): the program ends; what was set is written
+        } catch (const Cancelled&) { // NOLINT(bugprone-empty-catch)
+            // The program ends: what was set is written all the same.
         }
         auto write = offload([&] { store->write(); });
         co_await write;
