@@ -12,8 +12,8 @@ namespace vesko {
 
 /// The last answer to whether there is a model, and who waits for the next one.
 struct ModelPasses::Presence : std::enable_shared_from_this<Presence> {
-    Presence(std::shared_ptr<LanguageModel> languageModel, TaskContext context)
-        : model(std::move(languageModel)), tasks(std::move(context)) {}
+    Presence(std::shared_ptr<LanguageModel> given, TaskContext context)
+        : languageModel(std::move(given)), tasks(std::move(context)) {}
 
     bool isAvailable() {
         if (isDevelopmentHost()) return false;
@@ -25,7 +25,7 @@ struct ModelPasses::Presence : std::enable_shared_from_this<Presence> {
         if (isAsking || isDevelopmentHost()) return;
         isAsking = true;
         question = spawn(tasks, [self = shared_from_this()]() -> Task<void> {
-            const bool answer = co_await canAsk(self->model);
+            const bool answer = co_await canAsk(self->languageModel);
             self->take(answer);
         });
     }
@@ -44,7 +44,7 @@ struct ModelPasses::Presence : std::enable_shared_from_this<Presence> {
         if (phase.kind == CleanupPhase::Kind::scanning) ask();
     }
 
-    const std::shared_ptr<LanguageModel> model;
+    const std::shared_ptr<LanguageModel> languageModel;
     const TaskContext tasks;
     std::weak_ptr<CleanupViewModel> viewModel;
     ChangeSource::Subscription changes;
@@ -66,9 +66,9 @@ ModelPasses::~ModelPasses() {
 
 void ModelPasses::joinTo(CleanupViewModelParts& parts) const {
     parts.enricher = std::make_shared<CleanupEnrichmentService>(CleanupEnrichmentService::Settings{},
-                                                                presence_->model, presence_->tasks);
+                                                                presence_->languageModel, presence_->tasks);
     parts.reviewer =
-        std::make_shared<CleanupReviewService>(CleanupReviewService::Settings{}, presence_->model);
+        std::make_shared<CleanupReviewService>(CleanupReviewService::Settings{}, presence_->languageModel);
     parts.isEnrichmentAvailable = [presence = presence_] { return presence->isAvailable(); };
     parts.isReviewAvailable = parts.isEnrichmentAvailable;
 }
