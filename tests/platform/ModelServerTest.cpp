@@ -214,13 +214,24 @@ TEST_F(ModelServerTest, ProxiesArePassedOver) {
         ModelServer model(server.address(), hasty());
         EXPECT_EQ(ask(loop, model).answer, goodAnswer);
     }
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", proxy.port()));
+    /// For each connection whatever its aim, as a proxy set up by hand.
+    class ForEverything final : public QNetworkProxyFactory {
+    public:
+        explicit ForEverything(quint16 port) : port_(port) {}
+        QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery&) override {
+            return {QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), port_)};
+        }
+
+    private:
+        quint16 port_;
+    };
+    QNetworkProxyFactory::setApplicationProxyFactory(new ForEverything(proxy.port()));
     {
         ModelServer model(server.address(), hasty());
         EXPECT_EQ(ask(loop, model).answer, goodAnswer);
     }
     QNetworkProxyFactory::setUseSystemConfiguration(false);
-    QNetworkProxy::setApplicationProxy(QNetworkProxy());
+    QNetworkProxyFactory::setApplicationProxyFactory(nullptr);
     EXPECT_EQ(proxy.connections(), 0);
 }
 
