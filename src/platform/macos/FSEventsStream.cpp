@@ -157,7 +157,7 @@ std::unique_ptr<FileEventStream> makeStream(const std::vector<std::string>& path
     Queue queue(dispatch_queue_create(
         "com.vesko.fswatcher",
         dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_UTILITY, 0)));
-    if (!list || !queue) return nullptr;
+    if (!list || CFArrayGetCount(list.get()) == 0 || !queue) return nullptr;
     FSEventStreamContext context{0, receiver.get(), hold, letGo, nullptr};
     FSEventStreamRef stream = FSEventStreamCreate(kCFAllocatorDefault, receive, &context, list.get(),
                                                   kFSEventStreamEventIdSinceNow, latency, flags);

@@ -2,6 +2,7 @@
 
 #include "AttributeRecord.h"
 #include <sys/attr.h>
+#include <unistd.h>
 
 namespace vesko {
 

@@ -39,8 +39,6 @@ enum {
     ATTR_FILE_ALLOCSIZE = 4,
     ATTR_FILE_DATALENGTH = 0x200
 };
-int getattrlistbulk(int dirfd, void* attrs, void* buffer, size_t size, uint64_t options);
-int getattrlist(const char* path, void* attrs, void* buffer, size_t size, unsigned int options);
 #ifdef __cplusplus
 }
 #endif
