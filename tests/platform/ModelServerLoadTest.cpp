@@ -25,7 +25,8 @@ public:
         since_.start();
         timer_.start(1);
     }
-    double longest() const { return static_cast<double>(longest_) / 1e6; }
+    /// The time since the last turn counts too.
+    double longest() const { return static_cast<double>(std::max(longest_, since_.nsecsElapsed())) / 1e6; }
 
 private:
     QTimer timer_;
