@@ -36,6 +36,9 @@ public:
     /// Opens the page of the newer version; does nothing where there is none.
     virtual void openPage() = 0;
 
+    /// Begins the checks that run by themselves; called once the window stands. Further calls do nothing.
+    virtual void start() {}
+
     /// Told whenever an answer of the questions above may have changed.
     ChangeSource changes;
 };
