@@ -4,6 +4,7 @@
 #include "app/SystemLanguage.h"
 #include "background/BackgroundRefresh.h"
 #include "background/NotificationService.h"
+#include "background/PlatformUpdater.h"
 #include "base/Environment.h"
 #include "base/QuietReading.h"
 #include "core/DiskVolumeService.h"
@@ -114,6 +115,7 @@ int run(int argc, char** argv) {
     const std::shared_ptr<HomeViewModel> homeModel = makeHomeModel(runs, defaults, life.tasks());
     HomeScreen home(homeModel, model, shell);
     Background background(defaults, life.tasks());
+    const std::shared_ptr<Updater> updater = platformUpdater(life.tasks(), defaults);
     SystemAppearance appearance;
     MainWindow window(shell, cleanup, home);
 
@@ -132,6 +134,7 @@ int run(int argc, char** argv) {
     QObject::connect(&shell, &WindowModel::framed, &cleanup, [&] {
         appearance.askPortal();
         background.attach(model);
+        if (!isDevelopmentHost()) updater->start();
         if (!shell.hasFullDiskAccess()) return;
         home.start();
         scanAtStart(model);
