@@ -24,12 +24,24 @@ __attribute__((objc_root_class))
 @interface NSObject
 + (instancetype)alloc;
 + (instancetype)new;
++ (BOOL)instancesRespondToSelector:(SEL)selector;
 - (instancetype)init;
+- (void)addObserver:(NSObject*)observer
+         forKeyPath:(NSString*)keyPath
+            options:(NSUInteger)options
+            context:(void*)context;
+- (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)keyPath;
+- (void)observeValueForKeyPath:(NSString*)keyPath
+                      ofObject:(id)object
+                        change:(NSDictionary<NSString*, id>*)change
+                       context:(void*)context;
 @end
 @protocol NSObject
 @end
+extern "C" Class NSClassFromString(NSString* name);
 @interface NSString : NSObject
 + (instancetype)stringWithUTF8String:(const char*)s;
+- (NSString*)stringByAppendingPathComponent:(NSString*)component;
 @property(readonly) const char* UTF8String;
 @end
 @interface NSConstantString : NSString
@@ -58,8 +70,12 @@ extern NSURLResourceKey const NSURLVolumeTotalCapacityKey;
                                                        error:(NSError**)error;
 @end
 @interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
 + (NSBundle*)bundleWithURL:(NSURL*)url;
++ (instancetype)bundleWithPath:(NSString*)path;
+- (BOOL)load;
 @property(readonly, copy) NSString* bundleIdentifier;
+@property(readonly, copy) NSString* privateFrameworksPath;
 @end
 // background activity
 typedef NSInteger NSQualityOfService;
