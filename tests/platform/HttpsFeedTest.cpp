@@ -119,7 +119,7 @@ TEST_F(HttpsFeedTest, ARedirectLeadsToHttpsOnly) {
 TEST_F(HttpsFeedTest, RedirectsWithoutEndSayNothing) {
     http_.script = FeedServer::redirect(http_.url());
     EXPECT_EQ(versionAt(at(http_.url())), "none");
-    EXPECT_LE(http_.requests.size(), 7);
+    EXPECT_EQ(http_.requests.size(), 6);
 }
 
 TEST_F(HttpsFeedTest, AnyOtherAnswerThanASuccessSaysNothing) {

@@ -35,17 +35,14 @@ namespace {
 
 constexpr NSUInteger noOptions = 0;
 
-/// The framework's controller, where the framework lies in the bundle or is linked.
+/// The framework's controller, where the framework lies in the bundle.
 Class controllerClass() {
-    NSString* name = @"SPUStandardUpdaterController";
-    if (NSClassFromString(name) == nil) {
-        NSString* frameworks = NSBundle.mainBundle.privateFrameworksPath;
-        if (frameworks == nil) return nil;
-        NSBundle* framework =
-            [NSBundle bundleWithPath:[frameworks stringByAppendingPathComponent:@"Sparkle.framework"]];
-        if (framework == nil || ![framework load]) return nil;
-    }
-    Class found = NSClassFromString(name);
+    NSString* frameworks = NSBundle.mainBundle.privateFrameworksPath;
+    if (frameworks == nil) return nil;
+    NSBundle* framework =
+        [NSBundle bundleWithPath:[frameworks stringByAppendingPathComponent:@"Sparkle.framework"]];
+    // Loads the framework; without one there is no class.
+    Class found = [framework classNamed:@"SPUStandardUpdaterController"];
     const bool answers = found != nil && [found instancesRespondToSelector:@selector(checkForUpdates:)] &&
                          [found instancesRespondToSelector:@selector(updater)];
     return answers ? found : nil;

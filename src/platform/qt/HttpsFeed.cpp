@@ -2,6 +2,7 @@
 
 #include "concurrency/Offload.h"
 #include "platform/qt/Appcast.h"
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QHostAddress>
 #include <QNetworkAccessManager>
@@ -14,6 +15,8 @@
 namespace vesko {
 namespace {
 
+constexpr int mostRedirects = 5;
+
 /// Asking for the system's proxies may wait for another program, as everything here may.
 class SystemProxies final : public QNetworkProxyFactory {
 public:
@@ -22,11 +25,9 @@ public:
     }
 };
 
-QNetworkRequest requestFor(const HttpsFeed::Options& options) {
-    QNetworkRequest request(options.address);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::UserVerifiedRedirectPolicy);
-    request.setMaximumRedirectsAllowed(5);
+QNetworkRequest requestFor(const QUrl& address, const HttpsFeed::Options& options) {
+    QNetworkRequest request(address);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     for (const auto attribute :
          {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
           QNetworkRequest::AuthenticationReuseAttribute})
@@ -44,38 +45,54 @@ QNetworkRequest requestFor(const HttpsFeed::Options& options) {
     return request;
 }
 
-/// The feed's bytes; blocks, at most for the time that the options allow.
-std::optional<QByteArray> fetch(const HttpsFeed::Options& options, const StopToken& stop) {
-    QEventLoop loop;
-    QNetworkAccessManager network;
-    network.setProxyFactory(new SystemProxies);
-    const std::unique_ptr<QNetworkReply> reply(network.get(requestFor(options)));
+struct Answered {
+    int status = 0; ///< 0: nothing that is whole
     QByteArray bytes;
-    bool isWhole = false;
+    QUrl elsewhere; ///< where a redirect leads
+};
+
+/// What stands at one address; blocks until then at most.
+Answered ask(QNetworkAccessManager& network, const QUrl& address, const HttpsFeed::Options& options,
+             const QDeadlineTimer& until, const StopToken& stop) {
+    QEventLoop loop;
+    const std::unique_ptr<QNetworkReply> reply(network.get(requestFor(address, options)));
+    Answered answer;
     reply->setReadBufferSize(64 << 10);
     const auto take = [&] {
-        bytes += reply->readAll();
-        if (bytes.size() > options.largest) loop.quit();
+        answer.bytes += reply->readAll();
+        if (answer.bytes.size() > options.largest) loop.quit();
     };
     QObject::connect(reply.get(), &QIODevice::readyRead, &loop, take);
-    QObject::connect(reply.get(), &QNetworkReply::redirected, &loop, [&](const QUrl& to) {
-        if (HttpsFeed::allows(to, options.allowsLoopback))
-            Q_EMIT reply->redirectAllowed();
-        else
-            loop.quit();
-    });
     QObject::connect(reply.get(), &QNetworkReply::finished, &loop, [&] {
         take();
-        isWhole = reply->error() == QNetworkReply::NoError &&
-                  reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
+        if (reply->error() == QNetworkReply::NoError)
+            answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        answer.elsewhere =
+            address.resolved(reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl());
         loop.quit();
     });
-    QTimer::singleShot(options.longest, &loop, &QEventLoop::quit);
+    QTimer::singleShot(static_cast<int>(until.remainingTime()), &loop, &QEventLoop::quit);
     const StopCallback onStop(
         stop, [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
     loop.exec();
-    if (!isWhole || bytes.size() > options.largest) return std::nullopt;
-    return bytes;
+    if (answer.bytes.size() > options.largest) answer.status = 0;
+    return answer;
+}
+
+/// The feed's bytes, wherever redirects lead; blocks, at most for the time that the options allow.
+std::optional<QByteArray> fetch(const HttpsFeed::Options& options, const StopToken& stop) {
+    QNetworkAccessManager network;
+    network.setProxyFactory(new SystemProxies);
+    const QDeadlineTimer until(options.longest);
+    QUrl address = options.address;
+    for (int redirects = 0; redirects <= mostRedirects && !stop.stopRequested(); ++redirects) {
+        if (!HttpsFeed::allows(address, options.allowsLoopback)) break;
+        const Answered answer = ask(network, address, options, until, stop);
+        if (answer.status == 200) return answer.bytes;
+        if (answer.status < 301 || answer.status > 308) break;
+        address = answer.elsewhere;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -91,11 +108,11 @@ bool HttpsFeed::allows(const QUrl& address, bool allowsLoopback) {
 
 Task<std::optional<NewerVersion>> HttpsFeed::newest() {
     if (!allows(options_.address, options_.allowsLoopback)) co_return std::nullopt;
-    const auto ask = [options = options_](const StopToken& stop) -> std::optional<NewerVersion> {
+    const auto look = [options = options_](const StopToken& stop) -> std::optional<NewerVersion> {
         const std::optional<QByteArray> feed = fetch(options, stop);
         return feed ? newestInAppcast(*feed) : std::nullopt;
     };
-    auto asking = offload(ask);
+    auto asking = offload(look);
     std::optional<NewerVersion> found = co_await asking;
     co_return found;
 }

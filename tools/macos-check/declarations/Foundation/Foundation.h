@@ -38,7 +38,6 @@ __attribute__((objc_root_class))
 @end
 @protocol NSObject
 @end
-extern "C" Class NSClassFromString(NSString* name);
 @interface NSString : NSObject
 + (instancetype)stringWithUTF8String:(const char*)s;
 - (NSString*)stringByAppendingPathComponent:(NSString*)component;
@@ -73,7 +72,7 @@ extern NSURLResourceKey const NSURLVolumeTotalCapacityKey;
 @property(class, readonly, strong) NSBundle* mainBundle;
 + (NSBundle*)bundleWithURL:(NSURL*)url;
 + (instancetype)bundleWithPath:(NSString*)path;
-- (BOOL)load;
+- (Class)classNamed:(NSString*)name;
 @property(readonly, copy) NSString* bundleIdentifier;
 @property(readonly, copy) NSString* privateFrameworksPath;
 @end
