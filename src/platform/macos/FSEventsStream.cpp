@@ -80,8 +80,10 @@ struct Receiver {
         if (!hasEnded) onEvents(changed);
     }
 
-    /// The system tells a path without links, and the receiver knows it below the root as given.
+    /// The system tells a path without links, of a folder often with a "/" at its end; the receiver knows it
+    /// below the root as given, and without.
     std::string asGiven(std::string path) const {
+        if (path.size() > 1 && path.ends_with('/')) path.pop_back();
         for (const Root& root : roots)
             if (root.real != root.given && liesAtOrBelow(path, root.real))
                 return root.given + path.substr(root.real.size());
