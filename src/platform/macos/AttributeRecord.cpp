@@ -75,8 +75,11 @@ void takeCommon(RecordReader& reader, const attribute_set_t& held, std::uint32_t
         entry.hasKind = true;
     }
     if (held.commonattr & ATTR_CMN_CRTIME) {
+        // Told apart and no more, so that an absurd date may wrap around.
         const auto birth = reader.take<timespec>();
-        status.identity.birth = birth.tv_sec * 1'000'000'000LL + birth.tv_nsec;
+        status.identity.birth =
+            static_cast<std::int64_t>(static_cast<std::uint64_t>(birth.tv_sec) * 1'000'000'000 +
+                                      static_cast<std::uint64_t>(birth.tv_nsec));
     }
     if (held.commonattr & ATTR_CMN_OWNERID) status.isOwned = reader.take<std::uint32_t>() == user;
     if (held.commonattr & ATTR_CMN_FLAGS) {

@@ -29,7 +29,10 @@ EntryStatus statusOf(const struct stat& raw) noexcept {
     EntryStatus status;
     status.identity.device = static_cast<std::uint64_t>(raw.st_dev);
     status.identity.inode = raw.st_ino;
-    status.identity.birth = raw.st_birthtimespec.tv_sec * 1'000'000'000LL + raw.st_birthtimespec.tv_nsec;
+    // As in the records of a whole folder: an absurd date may wrap around.
+    const timespec birth = raw.st_birthtimespec;
+    status.identity.birth = static_cast<std::int64_t>(
+        static_cast<std::uint64_t>(birth.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(birth.tv_nsec));
     status.mount = status.identity.device;
     status.allocatedBytes = static_cast<std::int64_t>(raw.st_blocks) * 512;
     status.links = static_cast<std::uint32_t>(raw.st_nlink);
