@@ -1,4 +1,5 @@
 #include "app/Background.h"
+#include "app/DesktopSettings.h"
 #include "app/ModelPasses.h"
 #include "app/ProgramLife.h"
 #include "app/SystemLanguage.h"
@@ -117,7 +118,8 @@ int run(int argc, char** argv) {
     Background background(defaults, life.tasks());
     const std::shared_ptr<Updater> updater = platformUpdater(life.tasks(), defaults);
     SystemAppearance appearance;
-    MainWindow window(shell, cleanup, home);
+    DesktopSettings desktop(*defaults, shell, {notifications, updater}, life.tasks());
+    MainWindow window(shell, cleanup, home, desktop.settings());
 
     const auto follow = [&] {
         window.theme().setDark(appearance.isDark());
@@ -141,7 +143,7 @@ int run(int argc, char** argv) {
     });
     // Figures that were kept are there in the first frame; a first measurement waits for it.
     if (shell.hasFullDiskAccess() && homeModel->hasCachedFigures()) home.start();
-    if (!window.show()) return EXIT_FAILURE;
+    if (!desktop.show(window)) return EXIT_FAILURE;
 
     const int status = QGuiApplication::exec();
     if (!life.end()) std::_Exit(status);

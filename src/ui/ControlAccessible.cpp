@@ -93,10 +93,26 @@ int ControlAccessible::indexOfChild(const QAccessibleInterface* /*child*/) const
 
 void* ControlAccessible::interface_cast(QAccessible::InterfaceType type) {
     if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
+    if (type == QAccessible::ValueInterface && role() == QAccessible::Slider)
+        return static_cast<QAccessibleValueInterface*>(this);
     return QAccessibleObject::interface_cast(type);
 }
 
+QVariant ControlAccessible::currentValue() const { return object()->property("value"); }
+
+void ControlAccessible::setCurrentValue(const QVariant& value) {
+    if (!item().isEnabled()) return;
+    QMetaObject::invokeMethod(object(), "moveTo", Q_ARG(QVariant, value));
+}
+
+QVariant ControlAccessible::maximumValue() const { return object()->property("maximumValue"); }
+
+QVariant ControlAccessible::minimumValue() const { return object()->property("minimumValue"); }
+
+QVariant ControlAccessible::minimumStepSize() const { return object()->property("stepSize"); }
+
 QStringList ControlAccessible::actionNames() const {
+    if (role() == QAccessible::Slider) return {increaseAction(), decreaseAction(), setFocusAction()};
     QStringList names{pressAction()};
     if (told("checkable").toBool()) names.prepend(toggleAction());
     if (state().focusable) names.append(setFocusAction());
@@ -112,6 +128,10 @@ void ControlAccessible::doAction(const QString& name) {
         QMetaObject::invokeMethod(to, "toggleAction");
     } else if (name == pressAction()) {
         QMetaObject::invokeMethod(to, "pressAction");
+    } else if (name == increaseAction()) {
+        QMetaObject::invokeMethod(to, "increaseAction");
+    } else if (name == decreaseAction()) {
+        QMetaObject::invokeMethod(to, "decreaseAction");
     }
 }
 

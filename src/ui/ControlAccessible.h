@@ -5,8 +5,12 @@
 
 namespace vesko {
 
-/// What assistive tools are told of a Control, and how they act on it. Main thread.
-class ControlAccessible : public QAccessibleObject, public QAccessibleActionInterface {
+/// What assistive tools are told of a Control, and how they act on it. One with the role of a slider has a
+/// value: its file's `value`, `minimumValue`, `maximumValue` and `stepSize`, and `moveTo(value)` to ask for
+/// another. Main thread.
+class ControlAccessible : public QAccessibleObject,
+                          public QAccessibleActionInterface,
+                          public QAccessibleValueInterface {
 public:
     explicit ControlAccessible(Control& control);
 
@@ -27,6 +31,12 @@ public:
     QStringList actionNames() const override;
     void doAction(const QString& name) override;
     QStringList keyBindingsForAction(const QString& name) const override;
+
+    QVariant currentValue() const override;
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    QVariant minimumStepSize() const override;
 
 private:
     const QQuickItem& item() const;

@@ -11,17 +11,19 @@ template <class Singleton> Singleton* singleton(QQmlEngine& engine, const char* 
 
 } // namespace
 
-MainWindow::MainWindow(WindowModel& shell, CleanupScreen& cleanup, HomeScreen& home)
-    : shell_(shell), cleanup_(cleanup), home_(home) {
+MainWindow::MainWindow(WindowModel& shell, CleanupScreen& cleanup, HomeScreen& home, SettingsModel& settings)
+    : shell_(shell), cleanup_(cleanup), home_(home), settings_(settings) {
     useWindowModule(engine_);
     theme_ = singleton<Theme>(engine_, "Theme");
     strings_ = singleton<Strings>(engine_, "Strings");
 }
 
-bool MainWindow::show() {
-    engine_.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell_)},
-                                  {QStringLiteral("cleanup"), QVariant::fromValue(&cleanup_)},
-                                  {QStringLiteral("home"), QVariant::fromValue(&home_)}});
+bool MainWindow::show(QVariantMap properties) {
+    properties.insert(QStringLiteral("shell"), QVariant::fromValue(&shell_));
+    properties.insert(QStringLiteral("cleanup"), QVariant::fromValue(&cleanup_));
+    properties.insert(QStringLiteral("home"), QVariant::fromValue(&home_));
+    properties.insert(QStringLiteral("settings"), QVariant::fromValue(&settings_));
+    engine_.setInitialProperties(properties);
     engine_.load(QUrl(QStringLiteral("qrc:/qml/Vesko/Window/Main.qml")));
     if (engine_.rootObjects().isEmpty()) return false;
     window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());

@@ -1,4 +1,5 @@
 #include "ui/WindowModel.h"
+#include <algorithm>
 
 namespace vesko {
 
@@ -26,6 +27,13 @@ void WindowModel::setFreeSpace(const QString& line) {
     if (line == freeSpace_) return;
     freeSpace_ = line;
     Q_EMIT freeSpaceChanged();
+}
+
+void WindowModel::setSidebarWidth(int width) {
+    const int fitting = std::clamp(width, narrowestSidebar, widestSidebar);
+    if (fitting == sidebarWidth_) return;
+    sidebarWidth_ = fitting;
+    Q_EMIT sidebarWidthChanged();
 }
 
 void WindowModel::noteFrame() {

@@ -24,8 +24,12 @@ class WindowModel : public QObject {
     Q_PROPERTY(QVariantList destinations READ destinations CONSTANT)
     Q_PROPERTY(bool hasFrame READ hasFrame NOTIFY framed)
     Q_PROPERTY(QString freeSpace READ freeSpace NOTIFY freeSpaceChanged)
+    Q_PROPERTY(int sidebarWidth READ sidebarWidth WRITE setSidebarWidth NOTIFY sidebarWidthChanged)
 
 public:
+    static constexpr int narrowestSidebar = 200;
+    static constexpr int widestSidebar = 260;
+
     explicit WindowModel(WindowModelParts parts, QObject* parent = nullptr);
 
     bool hasFullDiskAccess() const { return hasAccess_; }
@@ -36,6 +40,9 @@ public:
     QVariantList destinations() const;
     QString freeSpace() const { return freeSpace_; }
     void setFreeSpace(const QString& line);
+    /// Within its bounds, whatever is set.
+    int sidebarWidth() const { return sidebarWidth_; }
+    void setSidebarWidth(int width);
 
     /// Whether the window has shown its first frame; what can wait until then does.
     bool hasFrame() const { return hasFrame_; }
@@ -52,6 +59,7 @@ Q_SIGNALS:
     void accessGranted(); ///< once each time that a missing access turns out to be there
     void selectionChanged();
     void freeSpaceChanged();
+    void sidebarWidthChanged();
     void framed();
     void raiseRequested(); ///< the window is to come to the front
 
@@ -61,6 +69,7 @@ private:
     bool hasFrame_ = false;
     QString selection_ = rawValue(AppSidebarDestination::home);
     QString freeSpace_;
+    int sidebarWidth_ = 220;
 };
 
 } // namespace vesko

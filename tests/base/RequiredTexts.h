@@ -259,6 +259,7 @@ constexpr auto requiredTexts = std::to_array<std::string_view>({
     "sidebar.cleanup",
     "sidebar.freeSpace %1$@ %2$@",
     "sidebar.home",
+    "sidebar.menu",
     "skeleton.loading",
     "volume.defaultName",
 });

@@ -8,7 +8,7 @@
 namespace vesko::testing {
 
 /// Preferences that end with this object.
-class MemoryUserDefaults final : public UserDefaults {
+class MemoryUserDefaults : public UserDefaults {
 public:
     std::optional<bool> boolean(std::string_view key) const override { return valueOf<bool>(key); }
     std::optional<std::int64_t> integer(std::string_view key) const override {

@@ -17,11 +17,28 @@ TEST(Icon, EveryGroupOfTheCatalogHasADrawing) {
 }
 
 TEST(Icon, EverySymbolOfTheScreensHasADrawing) {
-    for (const char* name :
-         {"house", "trash", "magnifyingglass", "sparkles", "arrow.clockwise", "exclamationmark.triangle.fill",
-          "exclamationmark.triangle", "xmark", "square", "minus.square.fill", "checkmark.square.fill",
-          "chevron.right", "arrow.up.forward.square", "lock.shield", "internaldrive", "mark", "checkmark",
-          "eye"}) {
+    for (const char* name : {"house",
+                             "trash",
+                             "magnifyingglass",
+                             "sparkles",
+                             "arrow.clockwise",
+                             "exclamationmark.triangle.fill",
+                             "exclamationmark.triangle",
+                             "xmark",
+                             "square",
+                             "minus.square.fill",
+                             "checkmark.square.fill",
+                             "chevron.right",
+                             "arrow.up.forward.square",
+                             "lock.shield",
+                             "internaldrive",
+                             "mark",
+                             "checkmark",
+                             "eye",
+                             "gearshape",
+                             "arrow.triangle.2.circlepath",
+                             "info.circle",
+                             "envelope"}) {
         EXPECT_TRUE(hasIcon(QString::fromLatin1(name))) << name;
     }
     for (const AppSidebarDestination destination : allDestinations)

@@ -9,6 +9,7 @@
 #include "support/MemoryUserDefaults.h"
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QThread>
 
 namespace vesko::testing {
@@ -16,7 +17,8 @@ namespace vesko::testing {
 ScreenStage::ScreenStage(bool hasAccess, std::function<void(CleanupViewModelParts&)> adjust)
     : model(makeModel(adjust)), homeModel(makeHomeModel()), access(hasAccess),
       shell({.accessTest = [this] { return access; }, .openAccessSettings = [this] { ++settingsOpened; }}),
-      cleanup(model, files), homeScreen(homeModel, model, shell), window(shell, cleanup, homeScreen) {
+      cleanup(model, files), homeScreen(homeModel, model, shell), settings(settingsParts()),
+      window(shell, cleanup, homeScreen, settings) {
     homeModel->volume = volumes->volume;
     settle();
 }
@@ -56,9 +58,37 @@ std::shared_ptr<HomeViewModel> ScreenStage::makeHomeModel() {
     return std::make_shared<HomeViewModel>(std::move(parts));
 }
 
+SettingsModelParts ScreenStage::settingsParts() {
+    SettingsModelParts parts;
+    parts.alerts.tasks = life.tasks();
+    parts.alerts.notificationService = permission;
+    parts.alerts.load = [this] { return storedPreferences; };
+    parts.alerts.save = [this](const NotificationPreferences& preferences) {
+        storedPreferences = preferences;
+        ++preferencesSaved;
+    };
+    parts.updater = updater;
+    parts.about = {QStringLiteral("0.1.0"), QStringLiteral("hello@example.org"),
+                   [this](const QUrl& link) { linksOpened.append(link); }};
+    return parts;
+}
+
+QQuickWindow* ScreenStage::settingsWindow() const {
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow* each : windows) {
+        if (each->transientParent() == window.window() && each->isVisible())
+            return qobject_cast<QQuickWindow*>(each);
+    }
+    return nullptr;
+}
+
 void ScreenStage::settle() {
     for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
-    QQuickWindow* shown = window.window();
+    settleWindow(window.window());
+    settleWindow(settingsWindow());
+}
+
+void ScreenStage::settleWindow(QQuickWindow* shown) {
     if (!shown || !shown->isExposed()) return;
     // What is laid out is laid out before a frame.
     bool framed = false;

@@ -5,7 +5,9 @@
 #include "storage/HomeViewModel.h"
 #include "storage/ScriptedFolderSizes.h"
 #include "support/TempTree.h"
+#include "ui/FakeUpdater.h"
 #include "ui/MainWindow.h"
+#include "ui/RecordingPermission.h"
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -48,6 +50,8 @@ public:
     void settle();
     /// Shows the window and waits for its first frame.
     void show();
+    /// The settings window, or null while there is none.
+    QQuickWindow* settingsWindow() const;
 
     TempTree home;
     ProgramLife life;
@@ -63,11 +67,19 @@ public:
     WindowModel shell;
     CleanupScreen cleanup;
     HomeScreen homeScreen;
+    std::shared_ptr<FakeUpdater> updater = std::make_shared<FakeUpdater>();
+    std::shared_ptr<RecordingPermission> permission = std::make_shared<RecordingPermission>();
+    NotificationPreferences storedPreferences;
+    int preferencesSaved = 0;
+    QList<QUrl> linksOpened;
+    SettingsModel settings;
     MainWindow window;
 
 private:
     std::shared_ptr<CleanupViewModel> makeModel(const std::function<void(CleanupViewModelParts&)>& adjust);
     std::shared_ptr<HomeViewModel> makeHomeModel();
+    SettingsModelParts settingsParts();
+    void settleWindow(QQuickWindow* shown);
 };
 
 /// An item at a path that need not exist.

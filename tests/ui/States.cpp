@@ -58,6 +58,19 @@ void openSheet(ScreenStage& stage, const QString& typed) {
     if (QQuickItem* field = find(sheet, "QQuickTextInput")) field->setProperty("text", typed);
 }
 
+void openSettings(ScreenStage& stage, const char* tab) {
+    showHome(stage);
+    stage.settings.setTab(QString::fromLatin1(tab));
+    stage.settings.open();
+}
+
+void openMenu(ScreenStage& stage) {
+    showHome(stage);
+    stage.updater->set(false, NewerVersion{"1.4", "", ""});
+    stage.settle();
+    QMetaObject::invokeMethod(find(stage.window.window()->contentItem(), "SidebarFoot"), "openMenu");
+}
+
 const std::map<QString, Enter>& states() {
     static const std::map<QString, Enter> table{
         {"access", [](ScreenStage&) {}},
@@ -177,6 +190,30 @@ const std::map<QString, Enter>& states() {
              showList(stage);
              openSheet(stage, QString::fromStdString(localized("delete.confirm.word")));
          }},
+        {"menu", openMenu},
+        {"settings-general", [](ScreenStage& stage) { openSettings(stage, "general"); }},
+        {"settings-general-off",
+         [](ScreenStage& stage) {
+             stage.storedPreferences.lowSpaceEnabled = false;
+             stage.storedPreferences.largeOpportunityEnabled = false;
+             openSettings(stage, "general");
+         }},
+        {"settings-updates", [](ScreenStage& stage) { openSettings(stage, "updates"); }},
+        {"settings-updates-newer",
+         [](ScreenStage& stage) {
+             stage.updater->set(false,
+                                NewerVersion{"1.4", "Finds two more caches.\nThe dashboard opens sooner.",
+                                             "https://example.org/vesko"});
+             openSettings(stage, "updates");
+         }},
+        {"settings-about", [](ScreenStage& stage) { openSettings(stage, "about"); }},
+        {"settings-acknowledgements",
+         [](ScreenStage& stage) {
+             openSettings(stage, "about");
+             stage.settle();
+             QMetaObject::invokeMethod(find(stage.settingsWindow()->contentItem(), "AboutSettingsView"),
+                                       "askForAcknowledgements");
+         }},
     };
     return table;
 }
@@ -195,6 +232,8 @@ void describe(QString& text, QAccessibleInterface* element, int depth) {
     if (state.selected) text += QStringLiteral(" selected");
     const QString name = element->text(QAccessible::Name);
     if (!name.isEmpty()) text += QStringLiteral(" \"%1\"").arg(name);
+    if (element->role() == QAccessible::Slider && element->valueInterface())
+        text += QLatin1Char(' ') + element->valueInterface()->currentValue().toString();
     text += QLatin1Char('\n');
     for (int i = 0; i < element->childCount(); ++i) describe(text, element->child(i), depth + 1);
 }
@@ -210,6 +249,11 @@ QStringList stateNames() {
 void enterState(ScreenStage& stage, const QString& name) {
     states().at(name)(stage);
     stage.settle();
+}
+
+QQuickWindow* shownWindow(const ScreenStage& stage) {
+    QQuickWindow* settings = stage.settingsWindow();
+    return settings ? settings : stage.window.window();
 }
 
 QString accessibleTree(QQuickWindow* window) {

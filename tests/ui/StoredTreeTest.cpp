@@ -25,7 +25,7 @@ TEST_P(StoredTree, IsWhatAssistiveToolsGet) {
                  language == Language::english ? QStringLiteral("en") : QStringLiteral("pt-BR"));
     QFile stored(name);
     ASSERT_TRUE(stored.open(QIODevice::ReadOnly)) << name.toStdString();
-    EXPECT_EQ(accessibleTree(driver.window()).toStdString(), stored.readAll().toStdString());
+    EXPECT_EQ(accessibleTree(shownWindow(driver.stage)).toStdString(), stored.readAll().toStdString());
 }
 
 std::vector<std::string> names() {

@@ -13,7 +13,8 @@ public:
 
     /// Shows the window, with the keyboard in it.
     void show();
-    QQuickWindow* window() const { return stage.window.window(); }
+    /// The one that is driven: that of the settings while it stands, else the main one.
+    QQuickWindow* window() const { return shownWindow(stage); }
 
     /// All visible elements of a role.
     QList<QAccessibleInterface*> all(QAccessible::Role role) const;

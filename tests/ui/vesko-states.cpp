@@ -35,10 +35,11 @@ bool keep(const QString& name, const QCommandLineParser& options) {
     wait(options.value("wait").toInt());
     const QString base = options.value("folder") + QLatin1Char('/') + name + QLatin1Char('-') +
                          options.value("language") + QLatin1Char('-') + options.value("theme");
-    if (!stage.window.window()->grabWindow().save(base + QStringLiteral(".png"))) return false;
+    QQuickWindow* window = shownWindow(stage);
+    if (!window->grabWindow().save(base + QStringLiteral(".png"))) return false;
     QFile tree(base + QStringLiteral(".txt"));
     if (!tree.open(QIODevice::WriteOnly)) return false;
-    tree.write(accessibleTree(stage.window.window()).toUtf8());
+    tree.write(accessibleTree(window).toUtf8());
     stage.life.end();
     return true;
 }

@@ -8,6 +8,7 @@ Window {
     required property WindowModel shell
     required property CleanupScreen cleanup
     required property HomeScreen home
+    required property SettingsModel settings
 
     width: 1100
     height: 760
@@ -19,6 +20,7 @@ Window {
 
     onActiveChanged: if (active && shell.hasFrame) home.bringUpToDate()
     onFrameSwapped: if (!shell.hasFrame) shell.noteFrame()
+    onClosing: settings.close()
 
     Loader {
         anchors.fill: parent
@@ -36,7 +38,39 @@ Window {
             shell: main.shell
             cleanup: main.cleanup
             home: main.home
+            settings: main.settings
+            onQuitChosen: main.close()
         }
+    }
+    // A window of its own, made when it is asked for.
+    Loader {
+        active: main.settings.isOpen
+        sourceComponent: SettingsWindow {
+            transientParent: main
+            settings: main.settings
+        }
+    }
+    Loader {
+        id: menuBar
+        Component.onCompleted: {
+            if (["osx", "macos"].includes(Qt.platform.os)) setSource("ApplicationMenu.qml", { settings: main.settings })
+        }
+    }
+    Connections {
+        target: menuBar.item
+        function onQuitChosen() {
+            main.close()
+        }
+    }
+    Shortcut {
+        sequence: "Ctrl+,"
+        context: Qt.ApplicationShortcut
+        onActivated: main.settings.open()
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut
+        onActivated: main.close()
     }
     Connections {
         target: main.shell

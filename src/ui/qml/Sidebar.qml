@@ -1,11 +1,18 @@
 import QtQuick
 import Vesko.Window
 
-// The app's name and mark, the destinations, and at the foot the free space of the volume.
+// The app's name and mark, the destinations, and at the foot the free space of the volume and the menu.
 Rectangle {
     id: sidebar
 
     required property WindowModel shell
+    required property SettingsModel settings
+
+    signal menuAsked(point at)
+
+    function takeMenu() {
+        foot.takeMenu()
+    }
 
     color: Theme.surface
 
@@ -58,26 +65,13 @@ Rectangle {
         }
     }
 
-    Row {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 20 }
-        visible: sidebar.shell.freeSpace !== ""
-        spacing: 8
-        Icon {
-            anchors.verticalCenter: parent.verticalCenter
-            width: 16
-            height: 16
-            name: "internaldrive"
-            color: Theme.muted
-        }
-        Label {
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - 24
-            text: sidebar.shell.freeSpace
-            color: Theme.muted
-            font.pixelSize: Theme.caption
-        }
+    SidebarFoot {
+        id: foot
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 12 }
+        shell: sidebar.shell
+        settings: sidebar.settings
+        onMenuAsked: at => sidebar.menuAsked(at)
     }
-
     Rectangle {
         anchors { top: parent.top; bottom: parent.bottom; right: parent.right }
         width: 1

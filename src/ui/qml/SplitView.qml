@@ -8,12 +8,14 @@ FocusScope {
     required property WindowModel shell
     required property CleanupScreen cleanup
     required property HomeScreen home
+    required property SettingsModel settings
     readonly property bool showsCleanup: shell.selection === "cleanup"
     readonly property bool inspecting: !showsCleanup && home.inspectorOpen
-    property int sidebarWidth: 220
     property int inspectorWidth: 380
     // A narrow window leaves the screen beside it as much room as it can.
-    readonly property int inspectorRoom: Math.max(320, Math.min(inspectorWidth, width - sidebarWidth - 440))
+    readonly property int inspectorRoom: Math.max(320, Math.min(inspectorWidth, width - shell.sidebarWidth - 440))
+
+    signal quitChosen()
 
     function search() {
         if (showsCleanup) cleanupPage.item.search()
@@ -26,9 +28,11 @@ FocusScope {
 
     Sidebar {
         id: sidebar
-        width: split.sidebarWidth
+        width: split.shell.sidebarWidth
         height: parent.height
         shell: split.shell
+        settings: split.settings
+        onMenuAsked: at => menu.open(at)
     }
     FocusScope {
         id: detail
@@ -72,10 +76,7 @@ FocusScope {
         width: 6
         height: parent.height
         cursorShape: Qt.SplitHCursor
-        onPositionChanged: mouse => {
-            const wanted = mapToItem(split, mouse.x, 0).x
-            split.sidebarWidth = Math.max(200, Math.min(260, wanted))
-        }
+        onPositionChanged: mouse => split.shell.sidebarWidth = mapToItem(split, mouse.x, 0).x
     }
     MouseArea {
         visible: split.inspecting
@@ -87,6 +88,12 @@ FocusScope {
             const wanted = split.width - mapToItem(split, mouse.x, 0).x
             split.inspectorWidth = Math.max(320, Math.min(420, wanted))
         }
+    }
+    ProgramMenu {
+        id: menu
+        settings: split.settings
+        onQuitChosen: split.quitChosen()
+        onClosed: sidebar.takeMenu()
     }
     ConfirmationSheet {
         id: sheet
