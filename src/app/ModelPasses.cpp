@@ -33,10 +33,10 @@ struct ModelPasses::Presence : std::enable_shared_from_this<Presence> {
         isAsking = false;
         wasAvailable = answer;
         const bool isLate = std::exchange(isWanted, false);
-        const auto model = viewModel.lock();
-        if (!isLate || !answer || !model) return;
-        model->startEnrichment();
-        model->startReview();
+        const auto list = viewModel.lock();
+        if (!isLate || !answer || !list) return;
+        list->startEnrichment();
+        list->startReview();
     }
     void notice(const CleanupPhase& phase) {
         if (std::exchange(lastPhase, phase.kind) == phase.kind || !phase.isBusy()) return;
