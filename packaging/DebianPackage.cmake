@@ -35,6 +35,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(modules)
 if(VESKO_WINDOW)
   file(GLOB qml_files CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/ui/qml/*.qml")
+  # Loaded on macOS alone.
+  list(FILTER qml_files EXCLUDE REGEX "/ApplicationMenu[.]qml$")
   foreach(file IN LISTS qml_files)
     file(STRINGS "${file}" imports REGEX "^import Qt")
     foreach(import IN LISTS imports)
