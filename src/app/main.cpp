@@ -124,6 +124,7 @@ int run(int argc, char** argv) {
     const auto follow = [&] {
         window.theme().setDark(appearance.isDark());
         window.theme().setReducedMotion(appearance.prefersReducedMotion());
+        window.theme().setHighContrast(appearance.prefersHighContrast());
     };
     follow();
     QObject::connect(&appearance, &SystemAppearance::changed, &window.theme(), follow);

@@ -23,6 +23,17 @@ void Theme::setReducedMotion(bool reduced) {
     Q_EMIT changed();
 }
 
+void Theme::setHighContrast(bool high) {
+    if (high == highContrast_) return;
+    highContrast_ = high;
+    Q_EMIT changed();
+}
+
+const ThemePalette& Theme::paletteFor(bool dark) const {
+    if (highContrast_) return dark ? darkContrastPalette() : lightContrastPalette();
+    return dark ? darkPalette() : lightPalette();
+}
+
 void Theme::setBaseSize(double pixels) {
     if (pixels == baseSize_) return;
     baseSize_ = pixels;
@@ -30,7 +41,7 @@ void Theme::setBaseSize(double pixels) {
 }
 
 QColor Theme::segmentColor(int token, bool dark) const {
-    const ThemePalette& colors = dark ? darkPalette() : lightPalette();
+    const ThemePalette& colors = paletteFor(dark);
     switch (static_cast<SegmentColor>(token)) {
     case SegmentColor::purple: return colors.purple;
     case SegmentColor::cyan: return colors.cyan;

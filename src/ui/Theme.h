@@ -14,6 +14,7 @@ class Theme : public QObject {
     QML_SINGLETON
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY changed)
+    Q_PROPERTY(bool highContrast READ highContrast WRITE setHighContrast NOTIFY changed)
     Q_PROPERTY(QColor background READ background NOTIFY changed)
     Q_PROPERTY(QColor surface READ surface NOTIFY changed)
     Q_PROPERTY(QColor hover READ hover NOTIFY changed)
@@ -65,10 +66,12 @@ public:
     void setDark(bool dark);
     bool reducedMotion() const { return reducedMotion_; }
     void setReducedMotion(bool reduced);
+    bool highContrast() const { return highContrast_; }
+    void setHighContrast(bool high);
     /// The size in pixels that all text follows; the interface font's by default.
     void setBaseSize(double pixels);
 
-    const ThemePalette& palette() const { return dark_ ? darkPalette() : lightPalette(); }
+    const ThemePalette& palette() const { return paletteFor(dark_); }
     QColor background() const { return palette().background; }
     QColor surface() const { return palette().surface; }
     QColor hover() const { return palette().hover; }
@@ -125,11 +128,13 @@ Q_SIGNALS:
     void changed();
 
 private:
+    const ThemePalette& paletteFor(bool dark) const;
     int scaled(double factor) const;
     int heightFor(int usual, double textHeights) const;
 
     bool dark_ = false;
     bool reducedMotion_ = false;
+    bool highContrast_ = false;
     double baseSize_;
 };
 

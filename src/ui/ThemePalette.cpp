@@ -68,6 +68,26 @@ const ThemePalette& darkPalette() {
 
 namespace {
 
+ThemePalette strengthened(ThemePalette palette) {
+    palette.border = palette.muted;
+    palette.muted = palette.text;
+    return palette;
+}
+
+} // namespace
+
+const ThemePalette& lightContrastPalette() {
+    static const ThemePalette palette = strengthened(lightPalette());
+    return palette;
+}
+
+const ThemePalette& darkContrastPalette() {
+    static const ThemePalette palette = strengthened(darkPalette());
+    return palette;
+}
+
+namespace {
+
 double linear(float part) { return part <= 0.04045F ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); }
 
 double luminance(const QColor& color) {

@@ -17,6 +17,10 @@ struct ThemePalette {
 
 const ThemePalette& lightPalette();
 const ThemePalette& darkPalette();
+/// For those who want more contrast: hairlines and what has only lines stand out by at least 3, every text
+/// that is otherwise muted by at least 7.
+const ThemePalette& lightContrastPalette();
+const ThemePalette& darkContrastPalette();
 
 /// The contrast of two opaque colours as the web's accessibility guidelines define it (WCAG 2.1): 1 to 21.
 double contrast(const QColor& a, const QColor& b);

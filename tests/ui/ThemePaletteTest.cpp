@@ -40,8 +40,38 @@ TEST_P(PaletteContrast, EveryLabelIsReadableOnItsOwnGround) {
     expectReadable("risk", p.risk, p.riskGround);
 }
 
-INSTANTIATE_TEST_SUITE_P(Themes, PaletteContrast, testing::Values(&lightPalette(), &darkPalette()),
-                         [](const auto& each) { return each.index == 0 ? "Light" : "Dark"; });
+INSTANTIATE_TEST_SUITE_P(Themes, PaletteContrast,
+                         testing::Values(&lightPalette(), &darkPalette(), &lightContrastPalette(),
+                                         &darkContrastPalette()),
+                         [](const auto& each) {
+                             constexpr const char* names[]{"Light", "Dark", "LightContrast", "DarkContrast"};
+                             return names[each.index];
+                         });
+
+TEST(ThemePalette, WithHighContrastLinesAndMutedTextStandOut) {
+    for (const ThemePalette* palette : {&lightContrastPalette(), &darkContrastPalette()}) {
+        for (const QColor& ground :
+             {palette->background, palette->surface, palette->hover, palette->chosen}) {
+            EXPECT_GE(contrast(palette->border, ground), 3.0) << ground.name().toStdString();
+            EXPECT_GE(contrast(palette->muted, ground), 7.0) << ground.name().toStdString();
+        }
+    }
+    EXPECT_LT(contrast(lightPalette().border, lightPalette().background), 3.0);
+}
+
+TEST(Theme, HighContrastIsATableOfItsOwnInBothSchemesAndIsTold) {
+    Theme theme;
+    int told = 0;
+    QObject::connect(&theme, &Theme::changed, &theme, [&] { ++told; });
+    theme.setHighContrast(true);
+    theme.setHighContrast(true);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(theme.border(), lightContrastPalette().border);
+    theme.setDark(true);
+    EXPECT_EQ(theme.border(), darkContrastPalette().border);
+    theme.setHighContrast(false);
+    EXPECT_EQ(theme.border(), darkPalette().border);
+}
 
 TEST(ThemePalette, ContrastIsThatOfTheGuidelines) {
     EXPECT_NEAR(contrast(Qt::black, Qt::white), 21.0, 0.001);

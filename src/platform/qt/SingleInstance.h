@@ -1,4 +1,5 @@
 #pragma once
+#include <QDBusConnection>
 #include <QObject>
 
 namespace vesko {
@@ -13,9 +14,12 @@ class SingleInstance : public QObject {
 public:
     explicit SingleInstance(QObject* parent = nullptr);
 
-    /// Takes the name. False: another instance has it and was asked to show itself. Blocks for two round
-    /// trips to the bus.
+    /// Takes the name. False: another instance has it and was asked to show itself, whether or not it
+    /// answered. Blocks for at most two calls of a second each. A first instance that has crashed has lost
+    /// its name with its connection; a bus that does not answer counts as none.
     bool claim();
+    /// The same on another bus than the session's.
+    bool claimOn(QDBusConnection bus);
 
 public Q_SLOTS:
     /// What a later start calls.

@@ -1,4 +1,5 @@
 #pragma once
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QVariant>
@@ -7,15 +8,16 @@ namespace vesko {
 
 /// How the person has set the system to look. At first judged by the palette that the toolkit took from the
 /// system; on Linux the desktop portal is asked as well, without waiting, and its answer and later changes
-/// win. Main thread.
+/// win. A portal that is not there, is slow or makes no sense changes nothing. Main thread.
 class SystemAppearance : public QObject {
     Q_OBJECT
 
 public:
-    explicit SystemAppearance(QObject* parent = nullptr);
+    explicit SystemAppearance(QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
 
     bool isDark() const { return isDark_; }
     bool prefersReducedMotion() const { return reducedMotion_; }
+    bool prefersHighContrast() const { return highContrast_; }
     /// Asks the portal; to be called once the window stands.
     void askPortal();
 
@@ -29,9 +31,12 @@ private:
     bool eventFilter(QObject* object, QEvent* event) override;
     void judgePalette();
     void take(const QString& space, const QString& key, const QVariant& value);
+    void change(bool& what, bool value);
     void ask(const QString& space, const QString& key);
 
+    QDBusConnection bus_;
     bool isDark_ = false;
+    bool highContrast_ = false;
     bool reducedMotion_ = false;
     bool portalSpoke_ = false; ///< the portal has said which scheme; the palette counts no more
 };
