@@ -42,6 +42,8 @@ void SystemAppearance::judgePalette() {
 
 void SystemAppearance::askPortal() {
     if (!bus_.isConnected()) return;
+    // Without it the first connection to a signal with such a value fails: the type is known by name only.
+    qRegisterMetaType<QDBusVariant>();
     // Changes are taken from whoever tells them: asking the bus for the portal's address would wait for it.
     bus_.connect(QString(), portalPath, settings, QStringLiteral("SettingChanged"), this,
                  SLOT(portalChanged(QString, QString, QDBusVariant)));
