@@ -40,13 +40,12 @@ TEST_P(PaletteContrast, EveryLabelIsReadableOnItsOwnGround) {
     expectReadable("risk", p.risk, p.riskGround);
 }
 
+constexpr const char* paletteNames[]{"Light", "Dark", "LightContrast", "DarkContrast"};
+
 INSTANTIATE_TEST_SUITE_P(Themes, PaletteContrast,
                          testing::Values(&lightPalette(), &darkPalette(), &lightContrastPalette(),
                                          &darkContrastPalette()),
-                         [](const auto& each) {
-                             constexpr const char* names[]{"Light", "Dark", "LightContrast", "DarkContrast"};
-                             return names[each.index];
-                         });
+                         [](const auto& each) { return paletteNames[each.index]; });
 
 TEST(ThemePalette, WithHighContrastLinesAndMutedTextStandOut) {
     for (const ThemePalette* palette : {&lightContrastPalette(), &darkContrastPalette()}) {
