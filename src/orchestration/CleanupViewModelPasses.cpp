@@ -4,6 +4,8 @@
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
 #include "enrichment/EnrichmentPolicy.h"
+#include "orchestration/NextTurn.h"
+#include <cstddef>
 #include <utility>
 
 namespace vesko {
@@ -11,6 +13,10 @@ namespace {
 
 /// How long a burst of answers is waited out before the entries are encoded for the disk.
 constexpr Duration persistDelay = std::chrono::milliseconds(800);
+
+/// More than an honest question brings. A model may answer for one item a thousand times, and each answer is
+/// a walk over the list.
+constexpr std::size_t patchesInATurn = 16;
 
 /// Of each group the items that wait for an answer; groups without any are left out.
 std::vector<CleanupGroup> itemsOfKeys(const std::vector<CleanupGroup>& groups,
@@ -66,19 +72,21 @@ Task<void> CleanupViewModel::runEnrichment(std::weak_ptr<CleanupViewModel> model
                                            std::vector<CleanupGroup> workList) {
     const TaskContext context = co_await currentContext();
     AsyncStream<EnrichmentPatch> patches = enricher->enrich(std::move(workList));
-    for (;;) {
+    for (std::size_t taken = 1;; ++taken) {
         const std::optional<EnrichmentPatch> patch = co_await patches.next();
         // Whoever cancelled has reset the state, and a newer pass may own it by now.
         if (context.stop.stopRequested()) co_return;
-        const auto self = model.lock();
-        if (!self) co_return;
-        if (patch) {
+        {
+            const auto self = model.lock();
+            if (!self) co_return;
+            if (!patch) {
+                self->analyzingKeys = {};
+                self->isEnriching = false;
+                co_return;
+            }
             self->takePatch(*patch);
-            continue;
         }
-        self->analyzingKeys = {};
-        self->isEnriching = false;
-        co_return;
+        if (taken % patchesInATurn == 0) co_await nextTurn();
     }
 }
 

@@ -1,5 +1,6 @@
 #include "orchestration/CleanupFixture.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace vesko::testing {
@@ -137,6 +138,27 @@ TEST_F(CleanupPasses, EachAnswerShowsAsItComes) {
     EXPECT_TRUE(model->analyzingKeys->empty());
     EXPECT_FALSE(*model->isEnriching);
     EXPECT_TRUE(parts.enrichmentStore->needsModelEnrichment({"url:/c/y"}));
+}
+
+TEST_F(CleanupPasses, AFloodOfAnswersLetsTheRestOfTheProgramRunBetweenThem) {
+    finds({discoveries({item("/c/x")})});
+    scan();
+    for (int i = 0; i < 1000; ++i) {
+        EnrichmentPatch one = patch("url:/c/x");
+        one.enrichment.friendlyName = std::to_string(i);
+        enricher->producer->yield(std::move(one));
+    }
+    enricher->producer->finish();
+    std::vector<std::string> seen;
+    std::function<void()> look = [&] {
+        seen.push_back(model->resolve(item("/c/x"), nullptr).friendlyName);
+        if (seen.size() < 10) loop.post(look);
+    };
+    loop.post(look);
+    loop.drain();
+    EXPECT_EQ(std::ranges::count(seen, "15"), 1);
+    EXPECT_EQ(model->resolve(item("/c/x"), nullptr).friendlyName, "999");
+    EXPECT_FALSE(model->isAIBusy());
 }
 
 TEST_F(CleanupPasses, AnAnswerReappliesTheSelectionOfItsItems) {
