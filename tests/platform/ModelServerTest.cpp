@@ -257,11 +257,10 @@ TEST_F(ModelServerTest, AHangingAnswerEndsInTime) {
 }
 
 TEST_F(ModelServerTest, AnAnswerThatBreaksOffEndsSoon) {
-    const auto before = std::chrono::steady_clock::now();
-    expectNoAnswer([](QTcpSocket& socket) {
+    const Asked asked = askServerThat([](QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 100\r\n\r\n{");
     });
-    EXPECT_LT(std::chrono::steady_clock::now() - before, 550ms) << "not the time for a whole answer";
+    EXPECT_EQ(asked.failure, "an answer that breaks off") << "before the time for a whole answer is over";
 }
 
 TEST_F(ModelServerTest, AnAnswerThatComesByAndByEndsInTimeToo) {
@@ -398,10 +397,9 @@ TEST_F(ModelServerTest, CancellingClosesTheConnectionAtOnce) {
     const auto task = spawn(loop.context(), [&] { return askInto(model, sampleRequest("Who?"), asked); });
     ASSERT_TRUE(loop.turnUntil([&] { return server.questions() == 1; }));
     const int closedBefore = server.closed();
-    const auto before = std::chrono::steady_clock::now();
     task.cancel();
+    // Long before the minute that an answer may take.
     ASSERT_TRUE(loop.turnUntil([&] { return task.done() && server.closed() > closedBefore; }));
-    EXPECT_LT(std::chrono::steady_clock::now() - before, 500ms);
     EXPECT_TRUE(asked.cancelled);
 }
 
@@ -412,7 +410,7 @@ TEST_F(ModelServerTest, CancellingWhileItIsAskedForItsModelsIsPassedOn) {
     const auto task = spawn(loop.context(), [&] { return askInto(model, sampleRequest("Who?"), asked); });
     ASSERT_TRUE(loop.turnUntil([&] { return server.requests().size() == 1; }));
     task.cancel();
-    ASSERT_TRUE(loop.turnUntil([&] { return task.done() && server.closed() == 1; }, 500));
+    ASSERT_TRUE(loop.turnUntil([&] { return task.done() && server.closed() == 1; }));
     EXPECT_TRUE(asked.cancelled);
 }
 
