@@ -289,6 +289,19 @@ TEST_F(SettingsWindow, TheAcknowledgementsLieInASheetThatHoldsTheKeyboard) {
     EXPECT_FALSE(driver.find(QAccessible::Dialog, name));
 }
 
+TEST_F(SettingsWindow, AnotherPageIsNotHiddenBehindTheAcknowledgements) {
+    open("about");
+    const QString name = text("settings.about.acknowledgements");
+    driver.press(QAccessible::Button, name);
+    ASSERT_TRUE(driver.find(QAccessible::Dialog, name));
+    // As the main window's menu does it.
+    stage.settings.setTab("updates");
+    stage.settle();
+    EXPECT_FALSE(driver.find(QAccessible::Dialog, name));
+    EXPECT_TRUE(driver.find(QAccessible::Heading, text("settings.updates.manual.section")));
+    EXPECT_EQ(driver.focusedName(), text("settings.tab.updates"));
+}
+
 // Both languages, larger letters.
 
 TEST_F(SettingsWindow, NoTextIsCutInEitherLanguageAtTwiceTheSize) {

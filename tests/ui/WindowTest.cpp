@@ -356,24 +356,23 @@ TEST_F(AWindow, WhileVerdictsAreMadeTheBadgesSayItAndTheButtonWaits) {
 
 // What others wrote.
 
-TEST_F(AWindow, EveryTextButThePromptOfTheConfirmWordIsPlain) {
-    driver.show();
-    int texts = 0;
+TEST(AnyWindow, ShowsEveryTextButThePromptOfTheConfirmWordAsPlain) {
+    const QString word = QString::fromStdString(localized("delete.confirm.word"));
     for (const QString& state : stateNames()) {
-        if (state == QLatin1String("access")) continue;
+        WindowDriver driver(state != QLatin1String("access"));
+        driver.show();
         enterState(driver.stage, state);
+        int texts = 0;
         for (const QQuickItem* each : driver.items("Label") + driver.items("QQuickText")) {
             ++texts;
             // Qt::PlainText; the prompt is made of the catalog's texts alone.
             const QString shown = each->property("text").toString();
-            if (!shown.contains(text("delete.confirm.word")))
+            if (!shown.contains(word))
                 EXPECT_EQ(each->property("textFormat").toInt(), 0)
                     << state.toStdString() << ": " << shown.toStdString();
         }
-        if (state == QLatin1String("confirm-ready")) break;
-        model().phase = CleanupPhase::idle();
+        EXPECT_GT(texts, 3) << state.toStdString();
     }
-    EXPECT_GT(texts, 100);
 }
 
 TEST_F(AWindow, WhatAModelWroteIsALineOfPlainTextHoweverLongItIs) {

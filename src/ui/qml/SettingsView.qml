@@ -60,4 +60,11 @@ FocusScope {
         anchors.fill: parent
         about: view.settings.about
     }
+    // The main window's menu leads to another page while something lies over this one.
+    Connections {
+        target: view.settings
+        function onTabChanged() {
+            if (view.dismiss()) tabs.forceActiveFocus(Qt.PopupFocusReason)
+        }
+    }
 }
