@@ -17,6 +17,10 @@ std::string_view messagesLocale() {
     return {};
 }
 
+bool isEnglish(std::string_view identifier) {
+    return identifier.substr(0, identifier.find_first_of("-_.@")) == "en";
+}
+
 bool isNeutral(std::string_view locale) {
     return locale.empty() || locale == "POSIX" || locale == "C" || locale.starts_with("C.");
 }
@@ -29,7 +33,9 @@ Language preferredLanguage() {
     std::string_view list = variable("LANGUAGE");
     while (!list.empty()) {
         const std::size_t end = list.find(':');
-        if (languageFromIdentifier(list.substr(0, end)) == Language::portuguese) return Language::portuguese;
+        const std::string_view identifier = list.substr(0, end);
+        if (languageFromIdentifier(identifier) == Language::portuguese) return Language::portuguese;
+        if (isEnglish(identifier)) return Language::english;
         if (end == std::string_view::npos) break;
         list.remove_prefix(end + 1);
     }

@@ -1,16 +1,17 @@
 #include "app/SystemLanguage.h"
 #include <QLocale>
-#include <QStringList>
-#include <algorithm>
 
 namespace vesko {
 
-Language systemLanguage() {
-    const QStringList languages = QLocale::system().uiLanguages();
-    const bool portuguese = std::any_of(languages.begin(), languages.end(), [](const QString& identifier) {
-        return languageFromIdentifier(identifier.toStdString()) == Language::portuguese;
-    });
-    return portuguese ? Language::portuguese : Language::english;
+Language systemLanguage() { return firstLanguageOf(QLocale::system().uiLanguages()); }
+
+Language firstLanguageOf(const QStringList& identifiers) {
+    for (const QString& identifier : identifiers) {
+        const QLocale::Language language = QLocale(identifier).language();
+        if (language == QLocale::Portuguese) return Language::portuguese;
+        if (language == QLocale::English) return Language::english;
+    }
+    return Language::english;
 }
 
 } // namespace vesko

@@ -138,6 +138,10 @@ TEST(PreferredLanguage, TheListCountsBesideARealLocaleOnly) {
         const Environment set(std::nullopt, std::nullopt, "de_DE.UTF-8", "de::en");
         EXPECT_EQ(preferredLanguage(), Language::english);
     }
+    {
+        const Environment set(std::nullopt, std::nullopt, "pt_BR.UTF-8", "de:en_GB:pt_BR");
+        EXPECT_EQ(preferredLanguage(), Language::english);
+    }
     for (const char* neutral : {"C", "POSIX", "C.UTF-8"}) {
         const Environment set(std::nullopt, std::nullopt, neutral, "pt_BR");
         EXPECT_EQ(preferredLanguage(), Language::english);
