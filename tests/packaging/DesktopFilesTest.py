@@ -77,7 +77,7 @@ class DesktopFiles(unittest.TestCase):
         self.assertEqual(self.metadata().find("launchable").text, ENTRY.name)
 
     def testTheMetadataBearsTheNameOnTheBus(self):
-        name = said_in("src/platform/qt/SingleInstance.cpp", r'QStringLiteral\("(org\.[A-Za-z.]+)"\)')
+        name = said_in("src/platform/qt/SingleInstance.cpp", r'QString name = QStringLiteral\("([^"]+)"\)')
         root = self.metadata()
         self.assertEqual(root.find("id").text, name)
         self.assertEqual(root.find("provides/dbus").text, name)
