@@ -1,4 +1,5 @@
 """The macOS bundle, as far as it can be told without a Mac: its description, its texts, its layout."""
+import json
 import os
 import pathlib
 import plistlib
@@ -20,6 +21,12 @@ ICONUTIL = '#!/bin/sh\n[ "$1 $2 $3" = "--convert icns --output" ] && cp -r "$5" 
 def texts(language):
     lines = (MACOS / f"{language}.lproj/InfoPlist.strings").read_text(encoding="utf-8")
     return dict(re.findall(r'^"([^"]+)" = "([^"]+)";$', lines, re.MULTILINE))
+
+
+def preset(name):
+    """The variables that a preset sets, whatever the build folder remembers."""
+    presets = json.loads((SOURCE / "CMakePresets.json").read_text(encoding="utf-8"))["configurePresets"]
+    return next(each for each in presets if each["name"] == name)["cacheVariables"]
 
 
 class MacBundle(unittest.TestCase):
@@ -94,5 +101,8 @@ class MacBundle(unittest.TestCase):
                                                    "com.apple.security.cs.allow-jit": True})
 
     def testThePresetBuildsForTheVersionThatTheDescriptionNames(self):
-        presets = (SOURCE / "CMakePresets.json").read_text(encoding="utf-8")
-        self.assertIn('"CMAKE_OSX_DEPLOYMENT_TARGET": "13.0"', presets)
+        self.assertEqual(preset("macos")["CMAKE_OSX_DEPLOYMENT_TARGET"], "13.0")
+
+    def testThePresetHasTheTestsAgainWhereTheProgramWasBuiltWithout(self):
+        self.assertIn('cmake --preset "$preset" -DVESKO_TESTS=OFF', (SOURCE / "run").read_text(encoding="utf-8"))
+        self.assertEqual(preset("macos")["VESKO_TESTS"], "ON")
