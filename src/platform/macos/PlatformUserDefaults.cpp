@@ -4,8 +4,8 @@
 #include <cmath>
 #include <type_traits>
 
-/// The preferences of the program's identifier (Preferences Programming Topics for Core Foundation). A change
-/// goes to the system's preferences server at once, which keeps it whatever becomes of this process.
+/// The preferences of the program's identifier (Preferences Programming Topics for Core Foundation). Only
+/// what was synchronized is sure to be kept, so each change is, whatever becomes of this process.
 namespace vesko {
 namespace {
 
@@ -105,7 +105,9 @@ private:
     /// No value removes what is there.
     static void set(std::string_view key, CFPropertyListRef value) {
         const Owned<CFStringRef> name = stringOf(key);
-        if (name) CFPreferencesSetAppValue(name.get(), value, kCFPreferencesCurrentApplication);
+        if (!name) return;
+        CFPreferencesSetAppValue(name.get(), value, kCFPreferencesCurrentApplication);
+        CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
     }
 };
 

@@ -126,6 +126,7 @@ static_assert(isCall<decltype(CFDataGetBytePtr), const UInt8*(CFDataRef)>);
 static_assert(isSame<decltype(kCFPreferencesCurrentApplication), const CFStringRef>);
 static_assert(isCall<decltype(CFPreferencesCopyAppValue), CFPropertyListRef(CFStringRef, CFStringRef)>);
 static_assert(isCall<decltype(CFPreferencesSetAppValue), void(CFStringRef, CFPropertyListRef, CFStringRef)>);
+static_assert(isCall<decltype(CFPreferencesAppSynchronize), Boolean(CFStringRef)>);
 static_assert(isCall<decltype(CFURLCreateFromFileSystemRepresentation),
                      CFURLRef(CFAllocatorRef, const UInt8*, CFIndex, Boolean)>);
 static_assert(
