@@ -5,6 +5,7 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QHostAddress>
+#include <QHostInfo>
 #include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
@@ -75,6 +76,11 @@ Answered ask(QNetworkAccessManager& network, const QUrl& address, const HttpsFee
     const StopCallback onStop(
         stop, [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
     loop.exec();
+    // A lookup can't be called off, and at its end the process would wait for it, for as long as the system's
+    // resolver does. Waiting for the same answer here, this worker is one that the program's end leaves
+    // behind.
+    if (stop.stopRequested() && !reply->isFinished() && QHostAddress(address.host()).isNull())
+        QHostInfo::fromName(address.host());
     if (answer.bytes.size() > options.largest) answer.status = 0;
     return answer;
 }
