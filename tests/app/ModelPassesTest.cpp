@@ -3,6 +3,7 @@
 #include "enrichment/ModelAnswers.h"
 #include "enrichment/ScriptedModel.h"
 #include "orchestration/CleanupFixture.h"
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -199,11 +200,13 @@ TEST_F(ModelPassesTest, AModelThatDiesInTheMiddleLeavesTheRestForTheNextScan) {
     bool isThere = true;
     bool isWell = false;
     model_->available = [&](int) { return isThere; };
-    model_->script = [&](const ScriptedModel::Question& question, std::size_t number) {
-        const bool isGood = isWell || number != 1 || isReview(question);
+    // The review's question comes between the others or behind them, as its worker is quick or slow.
+    model_->script = [&](const ScriptedModel::Question& question, std::size_t) {
+        const bool isGood = isWell || isReview(question) || !question.request.prompt.contains("/c/12");
         return ScriptedModel::Answer{1s, isGood ? std::optional(goodAnswer(question)) : std::nullopt};
     };
     scan();
+    ASSERT_TRUE(loop.waitFor([&] { return std::ranges::count_if(model_->questions, isReview) == 1; }));
     isThere = false;
     for (int second = 0; second < 3; ++second) wait(1s);
     EXPECT_FALSE(model->isAIBusy());
@@ -212,8 +215,9 @@ TEST_F(ModelPassesTest, AModelThatDiesInTheMiddleLeavesTheRestForTheNextScan) {
     isThere = isWell = true;
     model_->questions.clear();
     scan();
-    ASSERT_FALSE(model_->questions.empty());
-    const auto asked = linesBehind(model_->questions[0].request.prompt, "Judge");
+    const auto first = std::ranges::find_if_not(model_->questions, isReview);
+    ASSERT_NE(first, model_->questions.end());
+    const auto asked = linesBehind(first->request.prompt, "Judge");
     EXPECT_THAT(asked, SizeIs(12));
     EXPECT_EQ(asked[0], "0 | 12 | /c/12");
     for (int second = 0; second < 3; ++second) wait(1s);

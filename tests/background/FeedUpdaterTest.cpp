@@ -49,6 +49,11 @@ public:
 
 class FeedUpdaterTest : public ::testing::Test {
 protected:
+    ~FeedUpdaterTest() override {
+        updater_.reset();
+        registry_.cancelAll();
+        loop_.drain();
+    }
     NewerVersion version(const std::string& number) {
         return {.version = number, .notes = "Faster.", .page = "https://example.org/" + number};
     }

@@ -207,20 +207,34 @@ TEST_F(FileUserDefaultsTest, TheFileLiesInTheConfigurationFolder) {
 
 namespace testing {
 
-/// Preferences whose file is fresh and whose writes never come.
+/// Preferences whose file is fresh and whose writes come at the end alone.
 class UnsavedDefaults {
 public:
     static std::unique_ptr<UserDefaults> make() {
         static const TempTree tree;
-        static ManualLoop loop;
         static int number = 0;
         return std::make_unique<FileUserDefaults>(tree.url(std::to_string(++number)),
-                                                  TaskContext{&loop, &loop, &loop, {}, nullptr});
+                                                  TaskContext{&loop(), &loop(), &loop(), {}, &registry()});
+    }
+    static void end() {
+        registry().cancelAll();
+        loop().drain();
+    }
+
+private:
+    static ManualLoop& loop() {
+        static ManualLoop loop;
+        return loop;
+    }
+    static TaskRegistry& registry() {
+        static TaskRegistry registry;
+        return registry;
     }
 };
 
 INSTANTIATE_TEST_SUITE_P(File, UserDefaultsContract,
-                         ::testing::Values(UserDefaultsSubject{"File", UnsavedDefaults::make}),
+                         ::testing::Values(UserDefaultsSubject{"File", UnsavedDefaults::make,
+                                                               UnsavedDefaults::end}),
                          userDefaultsName);
 
 } // namespace testing

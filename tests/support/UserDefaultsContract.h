@@ -12,6 +12,7 @@ namespace vesko::testing {
 struct UserDefaultsSubject {
     std::string name;
     std::function<std::unique_ptr<UserDefaults>()> makeEmpty;
+    std::function<void()> end = [] {}; ///< after the preferences are gone
 
     friend std::ostream& operator<<(std::ostream& stream, const UserDefaultsSubject& subject) {
         return stream << subject.name;
@@ -20,6 +21,10 @@ struct UserDefaultsSubject {
 
 class UserDefaultsContract : public ::testing::TestWithParam<UserDefaultsSubject> {
 protected:
+    ~UserDefaultsContract() override {
+        defaults.reset();
+        GetParam().end();
+    }
     /// The types that the value under the key reads as.
     std::string types(std::string_view key) const {
         std::string found;

@@ -15,6 +15,8 @@ using namespace testing;
 class AlertPreferences : public ::testing::Test {
 protected:
     AlertPreferences() { model.load(); }
+    /// A question that a test has started and not looked at is answered too.
+    ~AlertPreferences() override { loop.drain(); }
     static NotificationPreferences allOff() { return {false, 10'000'000'000, false, 5'000'000'000, false}; }
     void loadWith(const NotificationPreferences& preferences) {
         stored = preferences;
