@@ -17,6 +17,7 @@ namespace vesko {
 namespace {
 
 constexpr int mostRedirects = 5;
+constexpr std::chrono::milliseconds betweenLooks(50);
 
 /// Asking for the system's proxies may wait for another program, as everything here may.
 class SystemProxies final : public QNetworkProxyFactory {
@@ -73,8 +74,12 @@ Answered ask(QNetworkAccessManager& network, const QUrl& address, const HttpsFee
         loop.quit();
     });
     QTimer::singleShot(static_cast<int>(until.remainingTime()), &loop, &QEventLoop::quit);
-    const StopCallback onStop(
-        stop, [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
+    // Looked at now and then: an event that another thread posts hides real races among false ones.
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
+        if (stop.stopRequested()) loop.quit();
+    });
+    watch.start(betweenLooks);
     loop.exec();
     // A lookup can't be called off, and at its end the process would wait for it, for as long as the system's
     // resolver does. Waiting for the same answer here, this worker is one that the program's end leaves
