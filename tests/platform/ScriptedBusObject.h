@@ -7,6 +7,7 @@
 #include <QString>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace vesko::testing {
 
@@ -16,8 +17,8 @@ class ScriptedBusObject : public QDBusVirtualObject {
 public:
     using Script = std::function<QDBusMessage(const QDBusMessage& call)>;
 
-    ScriptedBusObject(QDBusConnection bus, const QString& name, const QString& path)
-        : bus_(std::move(bus)), name_(name), path_(path) {
+    ScriptedBusObject(QDBusConnection bus, QString name, QString path)
+        : bus_(std::move(bus)), name_(std::move(name)), path_(std::move(path)) {
         bus_.registerVirtualObject(path_, this);
         bus_.registerService(name_);
     }
@@ -50,9 +51,10 @@ public:
     }
     /// The last call of this method.
     std::optional<QVariantList> last(const QString& method) const {
-        for (auto call = calls.rbegin(); call != calls.rend(); ++call)
-            if (call->member() == method) return call->arguments();
-        return std::nullopt;
+        std::optional<QVariantList> found;
+        for (const QDBusMessage& call : calls)
+            if (call.member() == method) found = call.arguments();
+        return found;
     }
 
     QString introspect(const QString&) const override { return {}; }
