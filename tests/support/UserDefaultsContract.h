@@ -11,7 +11,7 @@ namespace vesko::testing {
 /// One kind of preferences, put to the tests that every kind must pass.
 struct UserDefaultsSubject {
     std::string name;
-    std::function<std::unique_ptr<UserDefaults>()> makeEmpty;
+    std::function<std::shared_ptr<UserDefaults>()> makeEmpty;
     std::function<void()> end = [] {}; ///< after the preferences are gone
 
     friend std::ostream& operator<<(std::ostream& stream, const UserDefaultsSubject& subject) {
@@ -36,7 +36,7 @@ protected:
         return found;
     }
 
-    std::unique_ptr<UserDefaults> defaults = GetParam().makeEmpty();
+    std::shared_ptr<UserDefaults> defaults = GetParam().makeEmpty();
 };
 
 inline std::string userDefaultsName(const ::testing::TestParamInfo<UserDefaultsSubject>& info) {
@@ -81,6 +81,15 @@ TEST_P(UserDefaultsContract, AValueOfAnotherTypeCountsAsNone) {
     EXPECT_EQ(types("number"), "number ");
     EXPECT_EQ(types("string"), "string ");
     EXPECT_EQ(types("data"), "data ");
+}
+
+TEST_P(UserDefaultsContract, AnIntegerReadsAsTheNearestNumber) {
+    defaults->setInteger("exact", 1LL << 53);
+    defaults->setInteger("inexact", (1LL << 53) + 1);
+    defaults->setInteger("largest", std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(defaults->number("exact"), 0x1p53);
+    EXPECT_EQ(defaults->number("inexact"), 0x1p53);
+    EXPECT_EQ(defaults->number("largest"), 0x1p63);
 }
 
 TEST_P(UserDefaultsContract, SettingReplacesAValueOfWhateverType) {

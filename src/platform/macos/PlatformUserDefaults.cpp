@@ -30,15 +30,6 @@ Owned<CFTypeRef> valueOf(std::string_view key, CFTypeID type) {
     return value;
 }
 
-template <class Number> std::optional<Number> numberOf(std::string_view key, CFNumberType type) {
-    const Owned<CFTypeRef> value = valueOf(key, CFNumberGetTypeID());
-    Number number = 0;
-    // It tells whether the figure went through without loss.
-    if (!value || !CFNumberGetValue(static_cast<CFNumberRef>(value.get()), type, &number))
-        return std::nullopt;
-    return number;
-}
-
 std::optional<std::string> textOf(CFStringRef string) {
     const CFRange all{0, CFStringGetLength(string)};
     CFIndex length = 0;
@@ -59,10 +50,20 @@ public:
         return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
     }
     std::optional<std::int64_t> integer(std::string_view key) const override {
-        return numberOf<std::int64_t>(key, kCFNumberSInt64Type);
+        const Owned<CFTypeRef> value = valueOf(key, CFNumberGetTypeID());
+        std::int64_t number = 0;
+        // It tells whether the figure went through without loss.
+        if (!value || !CFNumberGetValue(static_cast<CFNumberRef>(value.get()), kCFNumberSInt64Type, &number))
+            return std::nullopt;
+        return number;
     }
     std::optional<double> number(std::string_view key) const override {
-        return numberOf<double>(key, kCFNumberFloat64Type);
+        const Owned<CFTypeRef> value = valueOf(key, CFNumberGetTypeID());
+        if (!value) return std::nullopt;
+        double number = 0;
+        // An integer that has no such number comes as the nearest one, and the call says so.
+        CFNumberGetValue(static_cast<CFNumberRef>(value.get()), kCFNumberFloat64Type, &number);
+        return number;
     }
     std::optional<std::string> string(std::string_view key) const override {
         const Owned<CFTypeRef> value = valueOf(key, CFStringGetTypeID());

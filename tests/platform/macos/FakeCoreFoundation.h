@@ -9,9 +9,14 @@
 
 namespace vesko::testing {
 
-/// Core Foundation's texts, numbers, lists and locations, as far as the adapters ask for them.
+/// Core Foundation's objects, as far as the adapters ask for them. Whoever hands on an object that is gone,
+/// none, or one of another kind ends the process, as on a Mac.
 std::size_t liveObjects(); ///< made and not released: what a test leaves behind is a leak
+/// Those that were retained and not released, too, constants included: a leak even of what stays.
+std::size_t heldReferences();
 CFStringRef makeText(std::string_view bytes);
+CFStringRef makeTextOf(std::u16string_view units); ///< which may be halves of pairs
+CFDictionaryRef makeTable();
 CFNumberRef makeNumber(std::int64_t value);
 CFArrayRef makeList(const std::vector<std::string>& texts);
 std::string bytesOf(CFStringRef text);
