@@ -1,21 +1,15 @@
 """What the accessibility bus tells of the real program: rows in the screen's order, and what is disabled."""
 import os
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
 
-class AssistiveTools(unittest.TestCase):
-    def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
-        self.texts = self.session.texts
-
+class AssistiveTools(SessionTest):
     def begin(self):
         self.program = self.session.start()
         self.screen = screens.Cleanup(self.program).open().wait_for_scan()

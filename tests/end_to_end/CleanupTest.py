@@ -1,11 +1,11 @@
 """The main job on the real program: scan, see, choose, confirm, delete."""
 import os
 import pathlib
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
@@ -33,15 +33,7 @@ KEPT_PROJECT = "Atlas-czxnqoywulmdkehj"
 DERIVED_DATA = "Library/Developer/Xcode/DerivedData"
 
 
-class Cleanup(unittest.TestCase):
-    language = "en"
-
-    def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session(self.language)
-        self.addCleanup(self.session.close)
-        self.home = self.session.home
-
+class Cleanup(SessionTest):
     def begin(self):
         screens.make_sample_home(self.session)
         program = self.session.start()
@@ -148,11 +140,8 @@ class Cleanup(unittest.TestCase):
         self.assertEqual(again.cached_paths(), paths)
 
 
-class CleanupInPortuguese(unittest.TestCase):
+class CleanupInPortuguese(Cleanup):
     language = "pt-BR"
-    setUp = Cleanup.setUp
-    begin = Cleanup.begin
-    contents = Cleanup.contents
 
     def testWhatIsConfirmedIsDeletedAndNothingElse(self):
-        Cleanup.testWhatIsConfirmedIsDeletedAndNothingElse(self)
+        super().testWhatIsConfirmedIsDeletedAndNothingElse()

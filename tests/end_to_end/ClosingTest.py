@@ -1,23 +1,21 @@
 """Closing the window ends the program at once, whatever a tool is doing."""
 import json
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 HAS_STAND_INS = stage.enter(stand_ins=True)
 
 IMAGE = "3f57d9401f8d"
 
 
-class Closing(unittest.TestCase):
+class Closing(SessionTest):
+    missing = None if HAS_STAND_INS else "this machine refuses mount namespaces, so no tool can be made to hang"
+
     def setUp(self):
-        self.addCleanup(stage.clean)
-        if not HAS_STAND_INS:
-            self.skipTest("this machine refuses mount namespaces, so no tool can be made to hang")
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
+        super().setUp()
         screens.make_sample_home(self.session)
         self.state = self.session.home / ".stand-ins/docker.json"
 

@@ -5,10 +5,10 @@ import os
 import re
 import subprocess
 import time
-import unittest
 
 import driver
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
@@ -35,13 +35,9 @@ def amount(count):
     return ""
 
 
-class Dashboard(unittest.TestCase):
+class Dashboard(SessionTest):
     def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
-        self.texts = self.session.texts
-        self.home = self.session.home
+        super().setUp()
         self.make_home()
 
     def make_home(self):

@@ -3,7 +3,6 @@ import os
 import pathlib
 import re
 import subprocess
-import unittest
 
 import stage
 
@@ -13,17 +12,14 @@ if ENTRY not in os.environ:
     os.environ[ENTRY] = re.search("^StartupWMClass=(.*)$", text, re.MULTILINE).group(1)
 stage.enter()
 
-import driver
 import screens
+from session_test import SessionTest
 
 
-class DesktopEntry(unittest.TestCase):
+class DesktopEntry(SessionTest):
     def testTheWindowsClassIsTheEntrys(self):
-        self.addCleanup(stage.clean)
-        session = driver.Session()
-        self.addCleanup(session.close)
-        screens.make_sample_home(session)
-        program = session.start()
+        screens.make_sample_home(self.session)
+        program = self.session.start()
         said = subprocess.run(["xprop", "-id", program.window, "WM_CLASS"], capture_output=True, text=True,
                               check=True).stdout
         instance = re.search('= "([^"]*)"', said).group(1)

@@ -1,22 +1,20 @@
 """The window lives on while a scan waits for a tool that gives no answer."""
 import json
 import time
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 HAS_STAND_INS = stage.enter(stand_ins=True)
 
 
-class HangingTool(unittest.TestCase):
+class HangingTool(SessionTest):
+    missing = None if HAS_STAND_INS else "this machine refuses mount namespaces, so no tool can be made to hang"
+
     def setUp(self):
-        self.addCleanup(stage.clean)
-        if not HAS_STAND_INS:
-            self.skipTest("this machine refuses mount namespaces, so no tool can be made to hang")
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
+        super().setUp()
         screens.make_sample_home(self.session)
         self.answer_after(10)
 

@@ -1,23 +1,20 @@
 """Everything that the Cleanup screen offers, by the keyboard alone: no action of the accessibility tree is used."""
 import re
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
 
-class Keyboard(unittest.TestCase):
+class Keyboard(SessionTest):
     def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
+        super().setUp()
         screens.make_sample_home(self.session)
         self.program = self.session.start()
         self.screen = screens.Cleanup(self.program)
-        self.texts = self.session.texts
         self.program.focus()
 
     def waits(self, condition, what):

@@ -6,12 +6,12 @@ import signal
 import subprocess
 import sys
 import time
-import unittest
 from unittest import mock
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 sys.path.append(str(pathlib.Path(os.environ["VESKO_SOURCE"]) / "tests/support"))
 import model_server  # noqa: E402
@@ -27,16 +27,8 @@ HOSTILE = [
 ]
 
 
-@unittest.skipUnless(HAS_NETWORK, "a network of its own can't be made here")
-class Model(unittest.TestCase):
-    language = "en"
-
-    def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session(self.language)
-        self.addCleanup(self.session.close)
-        self.home = self.session.home
-        self.texts = self.session.texts
+class Model(SessionTest):
+    missing = None if HAS_NETWORK else "a network of its own can't be made here"
 
     # --- making
 

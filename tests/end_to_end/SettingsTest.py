@@ -2,10 +2,10 @@
 import base64
 import json
 import subprocess
-import unittest
 
 import driver
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
@@ -14,12 +14,9 @@ DEFAULTS = ('{"lowSpaceEnabled":true,"lowSpaceThresholdBytes":10000000000,"large
             '"largeOpportunityDeltaBytes":5000000000,"scanCompletedEnabled":false}')
 
 
-class Settings(unittest.TestCase):
+class Settings(SessionTest):
     def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
-        self.texts = self.session.texts
+        super().setUp()
         self.file = self.session.home / ".config/vesko/defaults.json"
 
     def begin(self):

@@ -1,10 +1,10 @@
 """One window a session: what a second start does, by the real program on a real session bus."""
 import subprocess
-import unittest
 
 import driver
 import screens
 import stage
+from session_test import SessionTest
 
 stage.enter()
 
@@ -14,11 +14,9 @@ def focused_window():
     return subprocess.run(["xdotool", "getwindowfocus"], capture_output=True, text=True, check=False).stdout.strip()
 
 
-class SingleInstance(unittest.TestCase):
+class SingleInstance(SessionTest):
     def setUp(self):
-        self.addCleanup(stage.clean)
-        self.session = driver.Session()
-        self.addCleanup(self.session.close)
+        super().setUp()
         screens.make_sample_home(self.session)
 
     def testASecondStartRaisesTheFirstWindowAndEnds(self):
