@@ -12,10 +12,10 @@
 #include "platform/qt/ModelServer.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtExecutor.h"
+#include "support/Watchdog.h"
+#include "support/WindowBench.h"
 #include "ui/ScreenStage.h"
-#include "ui/Watchdog.h"
 #include <QElapsedTimer>
-#include <QGuiApplication>
 #include <QProcess>
 #include <cstdio>
 #include <cstdlib>
@@ -107,10 +107,6 @@ ScanEngine engineOver(const std::vector<CleanupGroup>& groups) {
     engine.maxConcurrency = 5;
     engine.demotedPaths.emplace();
     return engine;
-}
-
-template <class IsSo> void runUntil(IsSo isSo) {
-    while (!isSo()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 /// The program's view model and window over scans that find these groups.
@@ -216,25 +212,18 @@ void measureMemory(const std::string& log, const TempTree& place, int runs) {
     runUntil([&] { return registry.empty(); });
 }
 
-int number(int argc, char** argv, int index, int otherwise) {
-    return argc > index ? std::atoi(argv[index]) : otherwise;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    TempTree place;
-    qputenv("HOME", QByteArray::fromStdString(place.folder("home").path()));
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_QUICK_BACKEND", "software");
-    QGuiApplication application(argc, argv);
-    const int items = number(argc, argv, 1, 500);
+    const WindowBench bench(argc, argv);
+    const TempTree& place = bench.place;
+    const int items = bench.number(1, 500);
     if (items > 0) {
         measureWindow(place.path("alone.log"), items, 0);
-        if (const int others = number(argc, argv, 2, 100'000); others > 0)
+        if (const int others = bench.number(2, 100'000); others > 0)
             measureWindow(place.path("among.log"), items, others);
     }
-    if (const int runs = number(argc, argv, 3, 1000); runs > 0)
+    if (const int runs = bench.number(3, 1000); runs > 0)
         measureMemory(place.path("memory.log"), place, runs);
     return 0;
 }

@@ -3,10 +3,10 @@
 // they ask of a list of 100,000 items. Works in a folder of its own below the temporary folder.
 //
 //   bench_ui [ENTRIES] [FILES] [ITEMS]      600000 100000 100000 unless given
-#include "Watchdog.h"
+#include "support/Watchdog.h"
+#include "support/WindowBench.h"
 #include "ui/ScreenStage.h"
 #include <QElapsedTimer>
-#include <QGuiApplication>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -28,10 +28,6 @@ void makeFiles(const std::string& folder, int count) {
         ::close(file);
     }
     ::close(at);
-}
-
-template <class IsSo> void runUntil(IsSo isSo) {
-    while (!isSo()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 /// From the call to the frame that shows its effect.
@@ -143,22 +139,15 @@ void list(int count) {
     stage.life.end();
 }
 
-int number(int argc, char** argv, int index, int otherwise) {
-    return argc > index ? std::atoi(argv[index]) : otherwise;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    TempTree place;
-    qputenv("HOME", QByteArray::fromStdString(place.folder("home").path()));
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_QUICK_BACKEND", "software");
-    QGuiApplication application(argc, argv);
-    const int entries = number(argc, argv, 1, 600'000);
-    const int files = number(argc, argv, 2, 100'000);
-    std::printf("A list of %d items\n", number(argc, argv, 3, 100'000));
-    list(number(argc, argv, 3, 100'000));
+    const WindowBench bench(argc, argv);
+    const TempTree& place = bench.place;
+    const int entries = bench.number(1, 600'000);
+    const int files = bench.number(2, 100'000);
+    std::printf("A list of %d items\n", bench.number(3, 100'000));
+    list(bench.number(3, 100'000));
     if (files > 0) {
         erase(place.path("one"), "longest stall while one item of many files is deleted", files, true);
         erase(place.path("many"), "longest stall while many items are deleted", files, false);
