@@ -12,7 +12,7 @@ import tempfile
 
 NOBODY = 65534
 STAGE = "VESKO_STAGE"
-NETWORK = "VESKO_NETWORK"  # whose own network this is: "root", "user", or "shared" where none can be had
+NETWORK = "VESKO_NETWORK"  # "own", or "shared" where none can be made
 
 
 def program(name="vesko"):
@@ -27,20 +27,21 @@ def folder():
     return pathlib.Path(os.environ[STAGE])
 
 
-def enter(stand_ins=False, own_network=False):
-    """Start this test again in its stage where needed; returns there. With `stand_ins`, inside a mount namespace in
-    which the stand-ins stand at the tools' paths; returns whether they do. With `own_network`, where nobody else
-    has a port; returns whether it is so."""
-    if own_network and NETWORK not in os.environ:
+def enter(stand_ins=False):
+    """Start this test again in its stage where needed; returns there. Where one can be made it has a network of its
+    own, in which every port is free and no server of this machine is there to be asked. With `stand_ins`, inside a
+    mount namespace in which the stand-ins stand at the tools' paths; returns whether they do."""
+    if NETWORK not in os.environ:
         _start_in_own_network()
     if stand_ins and "VESKO_STAND_INS" not in os.environ:
         _start_again([str(_source() / "tools/with-stand-ins"), str(folder() / "home")], make_home=True)
-    # An ordinary user whose network is their own only looks like root.
-    if os.getuid() == 0 and os.environ.get(NETWORK) != "user":
+    if os.getuid() == 0:
         _copy_for_nobody()
-    if own_network:
-        return os.environ[NETWORK] in ("root", "user")
     return stand_ins and os.path.exists("/usr/bin/xcrun")
+
+
+def has_own_network():
+    return os.environ[NETWORK] == "own"
 
 
 def clean():
@@ -67,16 +68,19 @@ def _start_again(prefix, make_home=False):
 
 
 def _start_in_own_network():
-    kind = "root" if os.getuid() == 0 else "user"
-    command = ["unshare", "--net", *(["--map-root-user"] if kind == "user" else [])]
-    can = shutil.which("unshare") and subprocess.run([*command, "true"], capture_output=True, check=False).returncode == 0
-    os.environ[NETWORK] = kind if can else "shared"
+    # An ordinary user has to be root inside to be allowed to raise the interface, and is then turned back.
+    enter, leave = ["unshare", "--net"], []
+    if os.getuid() != 0:
+        enter.append("--map-root-user")
+        leave = ["unshare", "--user", f"--map-user={os.getuid()}", f"--map-group={os.getgid()}"]
+    raising = f"import os, sys; sys.path.insert(0, {str(_source() / 'tests/support')!r}); import model_server; " \
+              "model_server.raise_loopback(); os.execvp(sys.argv[1], sys.argv[1:])"
+    inside = [*enter, sys.executable, "-B", "-c", raising, *leave]
+    can = shutil.which("unshare") and \
+        subprocess.run([*inside, "true"], capture_output=True, check=False).returncode == 0
+    os.environ[NETWORK] = "own" if can else "shared"
     if can:
-        # The loopback interface has to be brought up before the rights to do so are given up.
-        support = str(_source() / "tests/support")
-        raising = f"import os, sys; sys.path.insert(0, {support!r}); import model_server; " \
-                  "model_server.raise_loopback(); os.execv(sys.argv[1], sys.argv[1:])"
-        os.execvp(command[0], [*command, sys.executable, "-B", "-c", raising, sys.executable, "-B", *sys.argv])
+        os.execvp(inside[0], [*inside, sys.executable, "-B", *sys.argv])
 
 
 def _copy_for_nobody():
