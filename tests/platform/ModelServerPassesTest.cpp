@@ -86,6 +86,15 @@ const BadAnswer badAnswers[] = {
      }},
 };
 
+/// Gives the first question that bad answer and the later ones right answers; counts them in `asked`.
+HostileServer::Answer badOnce(const BadAnswer& bad, int& asked) {
+    return [&bad, &asked](QTcpSocket& socket, const HeardRequest& request) {
+        if (request.method == "GET") return HostileServer::sendModels(socket);
+        if (++asked == 1) return bad.give(socket, request);
+        HostileServer::send(socket, rightAnswer(request));
+    };
+}
+
 ModelServer::Limits hasty() {
     ModelServer::Limits limits;
     limits.answer.total = 400ms;
@@ -125,13 +134,8 @@ protected:
 };
 
 TEST_P(ModelServerPassesTest, OnlyTheNamesOfThatBatchAreMissingAndTheNextRunAsksAgain) {
-    HostileServer server([](QTcpSocket&, const HeardRequest&) {});
     int asked = 0;
-    server.answerWith([&](QTcpSocket& socket, const HeardRequest& request) {
-        if (request.method == "GET") return HostileServer::sendModels(socket);
-        if (++asked == 1) return GetParam().give(socket, request);
-        HostileServer::send(socket, rightAnswer(request));
-    });
+    const HostileServer server(badOnce(GetParam(), asked));
     const auto model = std::make_shared<ModelServer>(server.address(), hasty());
     EXPECT_EQ(enriched(model, 36).size(), 24u);
     EXPECT_EQ(asked, 3);
@@ -140,13 +144,8 @@ TEST_P(ModelServerPassesTest, OnlyTheNamesOfThatBatchAreMissingAndTheNextRunAsks
 }
 
 TEST_P(ModelServerPassesTest, OnlyTheMovesOfThatBatchAreMissingAndTheNextRunAsksAgain) {
-    HostileServer server([](QTcpSocket&, const HeardRequest&) {});
     int asked = 0;
-    server.answerWith([&](QTcpSocket& socket, const HeardRequest& request) {
-        if (request.method == "GET") return HostileServer::sendModels(socket);
-        if (++asked == 1) return GetParam().give(socket, request);
-        HostileServer::send(socket, rightAnswer(request));
-    });
+    const HostileServer server(badOnce(GetParam(), asked));
     const auto model = std::make_shared<ModelServer>(server.address(), hasty());
     EXPECT_EQ(reviewedItems(model, 25), 15u);
     EXPECT_EQ(asked, 3);
