@@ -3,15 +3,12 @@
 // have stood still.
 //
 //   bench_stall [ITEMS]     by default 100,000; makes as many files in the temporary folder and removes them
-#include "background/SilentNotificationService.h"
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
 #include "core/ProbeCatalog.h"
-#include "enrichment/UnavailableEnrichment.h"
-#include "enrichment/UnavailableReview.h"
 #include "orchestration/CleanupViewModel.h"
 #include "orchestration/ConsultantBreakdown.h"
-#include "support/MemoryUserDefaults.h"
+#include "support/StoredParts.h"
 #include "support/TempTree.h"
 #include <algorithm>
 #include <chrono>
@@ -108,15 +105,6 @@ public:
 class Bench {
 public:
     explicit Bench(std::size_t items) : items_(items) {
-        parts_.tasks = {&loop_, &workers_, &loop_, {}, nullptr};
-        parts_.scanCacheStore = std::make_shared<ScanCacheStore>(tree_.url("state/scan-cache.json"));
-        parts_.enrichmentStore =
-            std::make_shared<EnrichmentStore>(tree_.url("state/enrichment-cache.json"), "none", parts_.tasks);
-        parts_.demotedPathsStore = std::make_shared<DemotedPathsStore>(tree_.url("state/demoted-paths.json"));
-        parts_.notificationService = std::make_shared<SilentNotificationService>();
-        parts_.defaults = std::make_shared<testing::MemoryUserDefaults>();
-        parts_.enricher = std::make_shared<UnavailableEnrichment>();
-        parts_.reviewer = std::make_shared<UnavailableReview>();
         parts_.scanEngineFactory = [this](ScanMode) {
             ScanEngine engine;
             engine.probes = probes_;
@@ -239,7 +227,8 @@ private:
     testing::TempTree tree_;
     WatchedLoop loop_;
     WorkerPool workers_;
-    CleanupViewModelParts parts_;
+    CleanupViewModelParts parts_ =
+        testing::storedParts({&loop_, &workers_, &loop_, {}, nullptr}, tree_.url("state"), "none");
     ProbeList probes_;
     std::shared_ptr<CleanupViewModel> model_;
 };

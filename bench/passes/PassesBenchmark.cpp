@@ -4,7 +4,6 @@
 //
 //   bench_passes [ITEMS] [OTHERS] [RUNS]      500 100000 1000 unless given
 #include "app/ModelPasses.h"
-#include "background/SilentNotificationService.h"
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
 #include "core/ProbeCatalog.h"
@@ -12,6 +11,7 @@
 #include "platform/qt/ModelServer.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtExecutor.h"
+#include "support/StoredParts.h"
 #include "support/Watchdog.h"
 #include "support/WindowBench.h"
 #include "ui/ScreenStage.h"
@@ -186,13 +186,7 @@ void measureMemory(const std::string& log, const TempTree& place, int runs) {
     WorkerPool workers;
     TaskRegistry registry;
     const TaskContext tasks{&home, &workers, &clock, {}, &registry};
-    CleanupViewModelParts parts;
-    parts.tasks = tasks;
-    parts.scanCacheStore = std::make_shared<ScanCacheStore>(place.url("state/scan-cache.json"));
-    parts.enrichmentStore = std::make_shared<EnrichmentStore>(place.url("state/enrichment-cache.json"),
-                                                              "afm-2026-06-i18n", tasks);
-    parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(place.url("state/demoted-paths.json"));
-    parts.notificationService = std::make_shared<SilentNotificationService>();
+    CleanupViewModelParts parts = storedParts(tasks, place.url("state"), "afm-2026-06-i18n");
     parts.scanEngineFactory = [found = std::vector{discoveries(24)}](ScanMode) { return engineOver(found); };
     ModelPasses passes(std::make_shared<ModelServer>(server.address()), tasks);
     passes.joinTo(parts);

@@ -1,15 +1,12 @@
 #pragma once
-#include "background/SilentNotificationService.h"
 #include "base/StringCatalog.h"
 #include "concurrency/Concurrency.h"
 #include "core/GroupBuilders.h"
 #include "core/ProbeCatalog.h"
-#include "enrichment/UnavailableEnrichment.h"
-#include "enrichment/UnavailableReview.h"
 #include "orchestration/CleanupViewModel.h"
 #include "support/ManualLoop.h"
-#include "support/MemoryUserDefaults.h"
 #include "support/ScopedEnvironment.h"
+#include "support/StoredParts.h"
 #include "support/TempTree.h"
 #include <condition_variable>
 #include <gtest/gtest.h>
@@ -145,16 +142,9 @@ class CleanupTest : public ::testing::Test {
 protected:
     CleanupTest() : language_(currentLanguage()) {
         setCurrentLanguage(Language::english);
-        parts.tasks = context;
-        parts.scanCacheStore = std::make_shared<ScanCacheStore>(tree.url("state/scan-cache.json"));
-        parts.enrichmentStore = std::make_shared<EnrichmentStore>(tree.url("state/enrichment-cache.json"),
-                                                                  "model-1", context, dates);
-        parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(tree.url("state/demoted-paths.json"));
-        parts.notificationService = std::make_shared<SilentNotificationService>();
+        parts = storedParts(context, tree.url("state"), "model-1", dates);
         parts.defaults = defaults;
         parts.alertVolume = volume;
-        parts.enricher = std::make_shared<UnavailableEnrichment>();
-        parts.reviewer = std::make_shared<UnavailableReview>();
         parts.scanEngineFactory = [this](ScanMode mode) { return engine(mode); };
         parts.dates = &dates;
     }

@@ -1,12 +1,9 @@
 #include "ui/ScreenStage.h"
-#include "background/SilentNotificationService.h"
 #include "base/Paths.h"
 #include "core/GroupBuilders.h"
 #include "core/ProbeCatalog.h"
-#include "enrichment/UnavailableEnrichment.h"
-#include "enrichment/UnavailableReview.h"
 #include "execution/SystemCleanupExecutor.h"
-#include "support/MemoryUserDefaults.h"
+#include "support/StoredParts.h"
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -27,17 +24,8 @@ ScreenStage::~ScreenStage() { life.end(); }
 
 std::shared_ptr<CleanupViewModel>
 ScreenStage::makeModel(const std::function<void(CleanupViewModelParts&)>& adjust) {
-    CleanupViewModelParts parts;
-    parts.tasks = life.tasks();
-    parts.scanCacheStore = std::make_shared<ScanCacheStore>(home.url("state/scan-cache.json"));
-    parts.enrichmentStore = std::make_shared<EnrichmentStore>(home.url("state/enrichment-cache.json"),
-                                                              "afm-2026-06-i18n", life.tasks());
-    parts.demotedPathsStore = std::make_shared<DemotedPathsStore>(home.url("state/demoted-paths.json"));
+    CleanupViewModelParts parts = storedParts(life.tasks(), home.url("state"), "afm-2026-06-i18n");
     parts.volumeReader = volumes;
-    parts.notificationService = std::make_shared<SilentNotificationService>();
-    parts.defaults = std::make_shared<MemoryUserDefaults>();
-    parts.enricher = std::make_shared<UnavailableEnrichment>();
-    parts.reviewer = std::make_shared<UnavailableReview>();
     parts.executor = std::make_shared<SystemCleanupExecutor>();
     parts.scanEngineFactory = [this](ScanMode) {
         ++scansStarted;
