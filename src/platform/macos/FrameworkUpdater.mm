@@ -18,15 +18,19 @@
 @end
 
 /// Hears of changes of the framework's answers, on the main thread.
-@interface FrameworkUpdaterObserver : NSObject
-@property std::function<void()> onChange;
+@interface FrameworkUpdaterObserver : NSObject {
+@public
+    std::function<void()> onChange;
+}
 @end
 @implementation FrameworkUpdaterObserver
 - (void)observeValueForKeyPath:(NSString*)keyPath
                       ofObject:(id)object
                         change:(NSDictionary<NSString*, id>*)change
                        context:(void*)context {
-    if (self.onChange) self.onChange();
+    // Whoever is told may end the updater, and this object with it.
+    const std::function<void()> told = onChange;
+    if (told) told();
 }
 @end
 
@@ -66,7 +70,9 @@ public:
         controller().updater.automaticallyChecksForUpdates = automatically ? YES : NO;
     }
     bool canCheckForUpdates() const override { return controller().updater.canCheckForUpdates != NO; }
-    void checkForUpdates() override { [controller() checkForUpdates:nil]; }
+    void checkForUpdates() override {
+        if (canCheckForUpdates()) [controller() checkForUpdates:nil];
+    }
     const std::optional<NewerVersion>& newerVersion() const override { return none_; }
     void openPage() override {}
     void start() override { static_cast<void>(controller()); }
@@ -83,7 +89,7 @@ private:
                                                                   updaterDelegate:nil
                                                                userDriverDelegate:nil];
         observer_ = [[FrameworkUpdaterObserver alloc] init];
-        observer_.onChange = [source = &changes] { source->notify(); };
+        observer_->onChange = [source = &changes] { source->notify(); };
         observe(@"canCheckForUpdates");
         observe(@"automaticallyChecksForUpdates");
         return controller_;

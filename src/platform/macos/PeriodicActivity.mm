@@ -3,14 +3,15 @@
 #import <Foundation/Foundation.h>
 #include <utility>
 
-#if !__has_feature(objc_arc)
+// On other systems, whose runtimes do not count references, it is compiled for the tests alone, and those
+// keep what is theirs.
+#if defined(__APPLE__) && !__has_feature(objc_arc)
 #error "build with -fobjc-arc"
 #endif
 
 /// NSBackgroundActivityScheduler (Energy Efficiency Guide for Mac Apps, Schedule Background Activity). It
 /// calls on a queue of its own. The quality of service stays the system's default, and a turn is never
-/// deferred: it is short, and the next one comes by itself. It is never invalidated either, as it lasts as
-/// long as the program does.
+/// deferred: it is short, and the next one comes by itself.
 namespace vesko {
 namespace {
 
@@ -23,6 +24,10 @@ public:
         scheduler_.interval = static_cast<NSTimeInterval>(settings.interval.count());
         scheduler_.tolerance = static_cast<NSTimeInterval>(settings.tolerance.count());
     }
+    // The system may hold on to a scheduler of which this program knows nothing any more.
+    ~SystemPeriodicActivity() override { [scheduler_ invalidate]; }
+    SystemPeriodicActivity(const SystemPeriodicActivity&) = delete;
+    SystemPeriodicActivity& operator=(const SystemPeriodicActivity&) = delete;
 
     void schedule(Block block) override {
         [scheduler_ scheduleWithBlock:^(NSBackgroundActivityCompletionHandler completion) {

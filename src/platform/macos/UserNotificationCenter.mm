@@ -8,7 +8,11 @@
 namespace vesko {
 namespace {
 
-NSString* text(const std::string& utf8) { return [NSString stringWithUTF8String:utf8.c_str()]; }
+/// Never nil, which a request would not take: without text where the bytes are no UTF-8.
+NSString* text(const std::string& utf8) {
+    NSString* made = [NSString stringWithUTF8String:utf8.c_str()];
+    return made != nil ? made : @"";
+}
 
 /// The system's notification centre. It answers on threads of its own; a click on a notification brings the
 /// program to the front by itself. Only a program in a bundle has one: asking for it without ends the

@@ -21,7 +21,9 @@ typedef unsigned long NSUInteger;
 typedef double NSTimeInterval;
 @class NSString, NSURL, NSError, NSArray<T>, NSDictionary<K, V>, NSNumber;
 __attribute__((objc_root_class))
-@interface NSObject
+@interface NSObject {
+    Class isa;
+}
 + (instancetype)alloc;
 + (instancetype)new;
 + (BOOL)instancesRespondToSelector:(SEL)selector;
