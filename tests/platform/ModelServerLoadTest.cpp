@@ -3,7 +3,7 @@
 #include "enrichment/CleanupEnrichmentService.h"
 #include "enrichment/CleanupReviewService.h"
 #include "platform/qt/ModelServer.h"
-#include <QElapsedTimer>
+#include "support/ProcessorTime.h"
 #include <QTimer>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -13,25 +13,19 @@
 namespace vesko::testing {
 namespace {
 
-/// The longest time for which the loop did not turn, in milliseconds.
+/// Counts the turns of the loop in which a timer of a millisecond came up.
 class Heartbeat {
 public:
     Heartbeat() {
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
-            longest_ = std::max(longest_, since_.nsecsElapsed());
-            since_.restart();
-        });
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { ++beats_; });
         timer_.setTimerType(Qt::PreciseTimer);
-        since_.start();
         timer_.start(1);
     }
-    /// The time since the last turn counts too.
-    double longest() const { return static_cast<double>(std::max(longest_, since_.nsecsElapsed())) / 1e6; }
+    int beats() const { return beats_; }
 
 private:
     QTimer timer_;
-    QElapsedTimer since_;
-    qint64 longest_ = 0;
+    int beats_ = 0;
 };
 
 long residentBytes() {
@@ -89,12 +83,11 @@ TEST_F(ModelServerLoadTest, FiveHundredNamesAreAskedForInFewRequestsAndTheLoopGo
     EXPECT_EQ(server.requests().size(), 1u + 42 + 42)
         << "whether there is a model, once and before each batch";
     EXPECT_EQ(server.connections(), 1 + 42 + 42);
-    std::printf("longest stall of the loop: %.1f ms\n", heart.longest());
-    // Less would be about the machine's load; what the program promises is measured on a quiet one.
-    EXPECT_LT(heart.longest(), 250);
+    // How long it stands still at most is measured by bench/passes, on a quiet machine.
+    EXPECT_GE(heart.beats(), 42) << "it turned while each answer was waited for";
 }
 
-TEST_F(ModelServerLoadTest, TheLongestAnswersHoldTheLoopOnlyShortly) {
+TEST_F(ModelServerLoadTest, TheLongestAnswersAreLittleWork) {
     const qsizetype most = ModelServer::Limits().answer.bytes;
     QByteArray figures = R"({"entries":[0)";
     while (figures.size() < most - 100) figures += ",0";
@@ -109,10 +102,9 @@ TEST_F(ModelServerLoadTest, TheLongestAnswersHoldTheLoopOnlyShortly) {
         server.answerWith([&](QTcpSocket& socket, const HeardRequest& request) {
             request.method == "GET" ? HostileServer::sendModels(socket) : HostileServer::send(socket, body);
         });
-        const Heartbeat heart;
+        const auto began = processorTime();
         EXPECT_TRUE(enriched(manyItems(1)).empty());
-        std::printf("longest stall of the loop: %.1f ms\n", heart.longest());
-        EXPECT_LT(heart.longest(), 250);
+        EXPECT_LT(processorTime() - began, std::chrono::seconds(1) * slowness);
     }
 }
 

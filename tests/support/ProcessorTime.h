@@ -12,4 +12,11 @@ inline std::chrono::nanoseconds processorTime() {
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
+/// How many times longer the same work may take than in an ordinary build: a sanitizer looks at every access.
+#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
+inline constexpr int slowness = 15;
+#else
+inline constexpr int slowness = 1;
+#endif
+
 } // namespace vesko::testing

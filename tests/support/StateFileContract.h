@@ -38,7 +38,7 @@ protected:
     std::string stateOf(const FileURL& url, Milliseconds limit = small) {
         const auto began = processorTime();
         std::string state = GetParam().load(url);
-        EXPECT_LT(processorTime() - began, limit);
+        EXPECT_LT(processorTime() - began, limit * slowness);
         return state;
     }
     std::string stateOfBytes(std::string_view bytes, Milliseconds limit = small) {
