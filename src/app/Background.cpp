@@ -1,7 +1,7 @@
 #include "app/Background.h"
 
 #include "background/BackgroundRefresh.h"
-#include "ui/DiskAccess.h"
+#include "platform/posix/DiskAccess.h"
 #include <utility>
 
 namespace vesko {

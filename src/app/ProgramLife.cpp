@@ -1,5 +1,5 @@
 #include "app/ProgramLife.h"
-#include "platform/qt/BackgroundPriority.h"
+#include "platform/posix/BackgroundPriority.h"
 #include <QCoreApplication>
 #include <utility>
 

@@ -14,12 +14,13 @@
 #include "enrichment/PlatformLanguageModel.h"
 #include "execution/SystemCleanupExecutor.h"
 #include "orchestration/CleanupViewModel.h"
+#include "platform/posix/DiskAccess.h"
 #include "platform/posix/PlatformUserDefaults.h"
+#include "platform/qt/DiskAccessSettings.h"
 #include "platform/qt/FileManager.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemAppearance.h"
 #include "storage/HomeViewModel.h"
-#include "ui/DiskAccess.h"
 #include "ui/MainWindow.h"
 #include <QGuiApplication>
 #include <cstdlib>

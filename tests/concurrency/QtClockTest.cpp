@@ -1,6 +1,6 @@
 #include "platform/qt/QtClock.h"
 
-#include "platform/qt/ContinuousTime.h"
+#include "platform/posix/ContinuousTime.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

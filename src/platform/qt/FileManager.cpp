@@ -1,17 +1,13 @@
 #include "platform/qt/FileManager.h"
 #include <QByteArray>
-#include <QDesktopServices>
-#include <QString>
-#include <QUrl>
-#ifdef Q_OS_LINUX
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDesktopServices>
+#include <QString>
 #include <QStringList>
-#else
-#include <QProcess>
-#endif
+#include <QUrl>
 
 namespace vesko {
 
@@ -28,8 +24,6 @@ QByteArray encoded(const FileURL& url) {
 void FileManager::openFolder(const FileURL& folder) {
     QDesktopServices::openUrl(QUrl::fromEncoded(encoded(folder)));
 }
-
-#ifdef Q_OS_LINUX
 
 void FileManager::reveal(const FileURL& url) {
     const FileURL folder = url.parent();
@@ -49,14 +43,5 @@ void FileManager::reveal(const FileURL& url) {
         if (reply.isError()) openFolder(folder);
     });
 }
-
-#else
-
-void FileManager::reveal(const FileURL& url) {
-    QProcess::startDetached(QStringLiteral("/usr/bin/open"),
-                            {QStringLiteral("-R"), QString::fromStdString(url.path())});
-}
-
-#endif
 
 } // namespace vesko

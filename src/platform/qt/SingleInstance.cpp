@@ -1,14 +1,10 @@
 #include "platform/qt/SingleInstance.h"
-#ifdef Q_OS_LINUX
 #include <QDBusMessage>
 #include <QDBusReply>
-#endif
 
 namespace vesko {
 
 SingleInstance::SingleInstance(QObject* parent) : QObject(parent) {}
-
-#ifdef Q_OS_LINUX
 
 namespace {
 
@@ -42,13 +38,5 @@ bool SingleInstance::claimOn(QDBusConnection bus) {
              longestWait);
     return false;
 }
-
-#else
-
-bool SingleInstance::claim() { return true; }
-
-bool SingleInstance::claimOn(QDBusConnection) { return true; }
-
-#endif
 
 } // namespace vesko

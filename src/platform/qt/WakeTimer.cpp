@@ -1,22 +1,15 @@
 #include "platform/qt/WakeTimer.h"
 
-#include "platform/qt/ContinuousTime.h"
-
 #include <QSocketNotifier>
-#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <utility>
 
-#ifdef __linux__
 #include <sys/timerfd.h>
 #include <unistd.h>
-#endif
 
 namespace vesko {
-
-#ifdef __linux__
 
 class WakeTimer::Implementation {
 public:
@@ -54,29 +47,6 @@ private:
     int descriptor_;
     QSocketNotifier notifier_;
 };
-
-#else
-
-class WakeTimer::Implementation {
-public:
-    explicit Implementation(std::function<void()> onRing) {
-        timer_.setSingleShot(true);
-        timer_.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(onRing));
-    }
-
-    void set(Instant instant) {
-        const Duration longest = std::chrono::seconds(30);
-        const Duration wait = std::clamp(instant - continuousNow(), Duration::zero(), longest);
-        timer_.start(std::chrono::ceil<std::chrono::milliseconds>(wait));
-    }
-    void clear() { timer_.stop(); }
-
-private:
-    QTimer timer_;
-};
-
-#endif
 
 WakeTimer::WakeTimer(std::function<void()> onRing)
     : implementation_(std::make_unique<Implementation>(std::move(onRing))) {}

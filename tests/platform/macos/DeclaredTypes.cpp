@@ -7,9 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <dispatch/dispatch.h>
+#include <pthread.h>
 #include <spawn.h>
 #include <sys/attr.h>
 #include <sys/mount.h>
+#include <sys/qos.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/vnode.h>
@@ -47,6 +49,8 @@ static_assert(std::is_pointer_v<CFNumberRef> && std::is_const_v<std::remove_poin
 static_assert(isUnsignedOf<FSEventStreamEventId, 8> && isUnsignedOf<FSEventStreamCreateFlags, 4>);
 static_assert(isUnsignedOf<FSEventStreamEventFlags, 4> && isUnsignedOf<attrgroup_t, 4>);
 static_assert(sizeof(CFNumberType) == sizeof(CFIndex) && sizeof(dispatch_qos_class_t) == 4);
+static_assert(isSame<dispatch_qos_class_t, qos_class_t> &&
+              isUnsignedOf<std::underlying_type_t<qos_class_t>, 4>);
 static_assert(std::is_convertible_v<dispatch_queue_t, dispatch_object_t>);
 
 // --- values
@@ -69,6 +73,7 @@ static_assert(IOPOL_TYPE_VFS_ATIME_UPDATES == 2 && IOPOL_TYPE_VFS_MATERIALIZE_DA
 static_assert(IOPOL_SCOPE_PROCESS == 0 && IOPOL_SCOPE_THREAD == 1 && IOPOL_ATIME_UPDATES_OFF == 1);
 static_assert(IOPOL_MATERIALIZE_DATALESS_FILES_DEFAULT == 0);
 static_assert(IOPOL_MATERIALIZE_DATALESS_FILES_OFF == 1 && IOPOL_MATERIALIZE_DATALESS_FILES_ON == 2);
+static_assert(CLOCK_MONOTONIC_RAW == 4 && R_OK == 4);
 static_assert(POSIX_SPAWN_CLOEXEC_DEFAULT == 0x4000);
 
 // --- layouts
@@ -164,6 +169,9 @@ static_assert(isCall<decltype(getattrlistbulk), int(int, void*, void*, std::size
 static_assert(isCall<decltype(getattrlist), int(const char*, void*, void*, std::size_t, unsigned int)>);
 static_assert(isCall<decltype(getiopolicy_np), int(int, int)>);
 static_assert(isCall<decltype(setiopolicy_np), int(int, int, int)>);
+static_assert(isCall<decltype(pthread_set_qos_class_self_np), int(qos_class_t, int)>);
+static_assert(isCall<decltype(clock_gettime), int(clockid_t, timespec*)>);
+static_assert(isCall<decltype(access), int(const char*, int)>);
 static_assert(isCall<decltype(statfs), int(const char*, struct statfs*)>);
 static_assert(
     isCall<decltype(posix_spawn_file_actions_addinherit_np), int(posix_spawn_file_actions_t*, int)>);

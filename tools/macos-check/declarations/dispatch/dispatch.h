@@ -2,6 +2,7 @@
 // the compile check on other systems; a build on macOS uses the real headers.
 #pragma once
 #include <stddef.h>
+#include <sys/qos.h>
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -21,7 +22,6 @@ typedef struct dispatch_queue_attr_s : dispatch_object_s{} * dispatch_queue_attr
 #endif
 typedef void (*dispatch_function_t)(void*);
 #define DISPATCH_QUEUE_SERIAL NULL
-typedef enum : unsigned int { QOS_CLASS_UTILITY = 0x11 } qos_class_t;
 typedef qos_class_t dispatch_qos_class_t;
 dispatch_queue_attr_t dispatch_queue_attr_make_with_qos_class(dispatch_queue_attr_t attr,
                                                               dispatch_qos_class_t qosClass,

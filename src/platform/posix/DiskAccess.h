@@ -7,8 +7,4 @@ namespace vesko {
 /// a question or two, on the main thread at the start and when the person asks again.
 bool hasFullDiskAccess() noexcept;
 
-/// Opens the place where access is given: the privacy settings on macOS, the home folder in the file manager
-/// on Linux. Does nothing when that fails.
-void openDiskAccessSettings();
-
 } // namespace vesko
