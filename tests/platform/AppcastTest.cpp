@@ -115,6 +115,64 @@ TEST(Appcast, DepthIsBounded) {
     EXPECT_EQ(versionIn(item("<u:version>2.0</u:version>" + within)), "none");
 }
 
+std::string attributes(int count) {
+    std::string made;
+    for (int i = 0; i < count; ++i) made += " a" + std::to_string(i) + (i % 2 == 0 ? "='>'" : "=\"'\"");
+    return made;
+}
+
+TEST(Appcast, ATagWithMoreAttributesThanAnyFeedNeedsMakesAllOfItWorthNothing) {
+    const auto withTag = [](const std::string& tag) { return item("<u:version>2.0</u:version>" + tag); };
+    EXPECT_EQ(versionIn(withTag("<x" + attributes(64) + "/>")), "2.0");
+    EXPECT_EQ(versionIn(withTag("<x" + attributes(65) + "/>")), "none");
+    EXPECT_EQ(versionIn(withTag("<x" + attributes(65) + "></x>")), "none");
+    EXPECT_EQ(versionIn(withTag("<x" + attributes(100'000) + "/>")), "none");
+    EXPECT_EQ(versionIn(withTag("<!-- ' --><x" + attributes(65) + "/><!-- ' -->")), "none");
+    EXPECT_EQ(versionIn(withTag("<?x '?><x" + attributes(65) + "/>")), "none");
+    EXPECT_EQ(versionIn(withTag("<y><![CDATA[']]></y><x" + attributes(65) + "/>")), "none");
+    EXPECT_EQ(versionIn(withTag("it's<x" + attributes(65) + "/>")), "none");
+}
+
+TEST(Appcast, WhatLooksLikeAttributesInNotesIsNoTag) {
+    const std::string many = "<a" + attributes(1000) + ">";
+    std::string escaped = attributes(1000);
+    for (std::size_t at = 0; (at = escaped.find('>', at)) != std::string::npos;)
+        escaped.replace(at, 1, "&gt;");
+    for (const std::string& notes :
+         {"<![CDATA[" + many + "]]>", "<![CDATA[<!DOCTYPE html>" + many + "]]>", "&lt;a" + escaped + "&gt;"})
+        EXPECT_EQ(versionIn(item("<u:version>2.0</u:version><description>" + notes + "</description>")),
+                  "2.0");
+    for (const std::string& beside : {"<!--" + many + "-->", "<?x " + many + "?>"})
+        EXPECT_EQ(versionIn(item("<u:version>2.0</u:version>" + beside)), "2.0");
+}
+
+TEST(Appcast, IsReadInTheEncodingThatItSaysAndBoundedInThatOne) {
+    const auto inEncoding = [](const std::string& name, const QByteArray& inside) {
+        return "<?xml version='1.0' encoding='" + QByteArray::fromStdString(name) +
+               "'?><rss><channel><item><version>2.0</version><description>" + inside +
+               "</description></item></channel></rss>";
+    };
+    const auto notes = [](const QByteArray& feed) {
+        return newestInAppcast(feed).value_or(NewerVersion{"", "nothing", ""}).notes;
+    };
+    EXPECT_EQ(notes(inEncoding("utf-8", "caf\xC3\xA9")), "café");
+    EXPECT_EQ(notes("\xEF\xBB\xBF" + inEncoding("utf-8", "caf\xC3\xA9")), "café");
+    EXPECT_EQ(notes(inEncoding("ISO-8859-1", "caf\xE9")), "café");
+    EXPECT_EQ(notes(inEncoding("utf-8", "caf\xE9")), "nothing");
+    EXPECT_EQ(notes(inEncoding("no-such-encoding", "cafe")), "nothing");
+    const auto inUtf16 = [&](const QByteArray& inside) {
+        const QString text = QString::fromUtf8(inEncoding("utf-16", inside));
+        return QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+    };
+    const QByteArray many = "<x" + QByteArray::fromStdString(attributes(65)) + "/>";
+    EXPECT_EQ(notes(inUtf16("caf\xC3\xA9")), "café");
+    EXPECT_EQ(notes(inUtf16(many)), "nothing");
+    // An encoding in which a tag does not look like one.
+    QByteArray hidden = many;
+    hidden.replace("=", "+AD0-").replace("'", "+ACc-").replace("\"", "+ACI-").replace("<", "+ADw-");
+    EXPECT_EQ(notes(inEncoding("utf-7", hidden)), "nothing");
+}
+
 TEST(PlainNotes, AreTextWithoutMarkup) {
     EXPECT_EQ(plainNotes(QStringLiteral("a<br>b<p class='x'>c</p>  d\te<!-- f --><b>g</b>")),
               QStringLiteral("a\nb\nc\nd eg"));

@@ -3,6 +3,7 @@
 #include "background/VersionOrder.h"
 #include "platform/qt/PlainNotes.h"
 #include <QString>
+#include <QStringDecoder>
 #include <QUrl>
 #include <QXmlStreamReader>
 #include <utility>
@@ -11,6 +12,58 @@ namespace vesko {
 namespace {
 
 constexpr int deepestElement = 32;
+constexpr int mostAttributes = 64;
+
+/// The feed as text, by the mark that it begins with or the encoding that it declares. Decoded here, so that
+/// what is looked at before reading is what is read.
+std::optional<QString> decoded(const QByteArray& feed) {
+    QXmlStreamReader beginning(feed);
+    beginning.readNext();
+    if (beginning.hasError()) return std::nullopt;
+    const QByteArray declared = beginning.documentEncoding().toLatin1();
+    const auto marked = QStringConverter::encodingForData(feed, u'<');
+    QStringDecoder decoder = marked               ? QStringDecoder(*marked)
+                             : declared.isEmpty() ? QStringDecoder(QStringConverter::Utf8)
+                                                  : QStringDecoder(declared.constData());
+    if (!decoder.isValid()) return std::nullopt;
+    QString text = decoder(feed);
+    if (decoder.hasError()) return std::nullopt;
+    return text;
+}
+
+/// The place behind the next such mark, or the end.
+qsizetype behind(QStringView mark, QStringView text, qsizetype from) {
+    const qsizetype at = text.indexOf(mark, from);
+    return at < 0 ? text.size() : at + mark.size();
+}
+
+/// How many values in quotes a tag bears; `at` goes from its beginning to its end.
+int countValues(QStringView text, qsizetype& at) {
+    for (int count = 0;; ++count) {
+        while (at < text.size() && !QStringView(u"<>'\"").contains(text[at])) ++at;
+        if (at == text.size() || text[at] == u'<' || text[at] == u'>') return count;
+        at = behind(text.sliced(at, 1), text, at + 1);
+    }
+}
+
+/// Whether reading takes a time that grows with the length alone. The reader compares the attributes of a tag
+/// pairwise, looks each prefix up among all that are declared around it, and goes through a document type
+/// declaration again and again: within the size of a feed that can make half a minute.
+bool isQuickToRead(QStringView text) {
+    for (qsizetype at = text.indexOf(u'<'); at >= 0; at = text.indexOf(u'<', at)) {
+        const QStringView rest = text.sliced(at);
+        if (rest.startsWith(u"<!--")) {
+            at = behind(u"-->", text, at + 4);
+        } else if (rest.startsWith(u"<![CDATA[")) {
+            at = behind(u"]]>", text, at + 9);
+        } else if (rest.startsWith(u"<?")) {
+            at = behind(u"?>", text, at + 2);
+        } else if (rest.startsWith(u"<!") || countValues(text, ++at) > mostAttributes) {
+            return false;
+        }
+    }
+    return true;
+}
 
 struct Item {
     QString shortVersion, version, notes, link, notesLink, enclosure;
@@ -34,7 +87,7 @@ QString attribute(const QXmlStreamReader& xml, const char* name) {
 /// Reads one feed from its beginning to its end: a mistake anywhere makes all of it worth nothing.
 class Reader {
 public:
-    explicit Reader(const QByteArray& feed) : xml_(feed) {}
+    explicit Reader(const QString& feed) : xml_(feed) {}
 
     std::optional<NewerVersion> read() {
         while (!xml_.atEnd()) step(xml_.readNext());
@@ -45,7 +98,6 @@ public:
 private:
     void step(QXmlStreamReader::TokenType token) {
         switch (token) {
-        case QXmlStreamReader::DTD: xml_.raiseError(); break;
         case QXmlStreamReader::StartElement: begin(); break;
         case QXmlStreamReader::EndElement: end(); break;
         case QXmlStreamReader::Characters:
@@ -117,6 +169,10 @@ private:
 
 } // namespace
 
-std::optional<NewerVersion> newestInAppcast(const QByteArray& feed) { return Reader(feed).read(); }
+std::optional<NewerVersion> newestInAppcast(const QByteArray& feed) {
+    const std::optional<QString> text = decoded(feed);
+    if (!text || !isQuickToRead(*text)) return std::nullopt;
+    return Reader(*text).read();
+}
 
 } // namespace vesko

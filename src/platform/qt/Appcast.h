@@ -10,7 +10,8 @@ namespace vesko {
 /// (`description`) and a page (`link`, else `releaseNotesLink`, else the enclosure's `url`; only https
 /// counts). Passed over: items for another system (the attribute `os` of the enclosure), of a channel of
 /// their own, or with something that is no version. Nothing where the feed is damaged anywhere, is no such
-/// feed, holds a document type declaration (and so anything that expands), or no version at all.
+/// feed, holds a document type declaration (and so anything that expands) or a tag with more than 64
+/// attributes, or no version at all.
 std::optional<NewerVersion> newestInAppcast(const QByteArray& feed);
 
 } // namespace vesko
