@@ -100,6 +100,30 @@ TEST_F(SettingsWindow, LeftAndRightGoFromTabToTab) {
     EXPECT_EQ(stage.settings.tab(), "updates");
 }
 
+TEST_F(SettingsWindow, SpaceReturnAndEnterActOnWhateverHasTheKeyboard) {
+    open();
+    const auto actOn = [&](QAccessible::Role role, const QString& name, Qt::Key key) {
+        QAccessibleInterface* found = driver.find(role, name);
+        ASSERT_TRUE(found) << name.toStdString();
+        found->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        driver.key(key);
+    };
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        const bool on = stage.storedPreferences.scanCompletedEnabled;
+        actOn(QAccessible::CheckBox, text(scanCompletedToggle), key);
+        EXPECT_EQ(stage.storedPreferences.scanCompletedEnabled, !on) << "a switch, by " << key;
+        actOn(QAccessible::PageTab, text("settings.tab.updates"), key);
+        EXPECT_EQ(stage.settings.tab(), "updates") << "a tab, by " << key;
+        stage.settings.setTab("updates");
+        stage.settle();
+        const bool automatic = stage.updater->automatic;
+        actOn(QAccessible::CheckBox, text("settings.updates.automatic"), key);
+        EXPECT_EQ(stage.updater->automatic, !automatic) << "a box, by " << key;
+        stage.settings.setTab("general");
+        stage.settle();
+    }
+}
+
 // The notifications.
 
 TEST_F(SettingsWindow, TheKeyboardReachesEverythingInOrder) {

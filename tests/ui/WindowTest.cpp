@@ -1,5 +1,6 @@
 // The main window, its sidebar, and what stands in its place without access to the files.
 #include "ui/AWindow.h"
+#include <QQuickItem>
 
 namespace vesko {
 namespace {
@@ -56,6 +57,43 @@ TEST_F(AWindow, ADisabledShortcutTakesNoClicks) {
     EXPECT_EQ(model().phase->kind, CleanupPhase::Kind::cleaning);
     driver.press(QAccessible::Button, text("home.shortcut.reviewCleanup"));
     EXPECT_EQ(driver.stage.shell.selection(), "cleanup");
+}
+
+TEST_F(AWindow, SpaceReturnAndEnterActOnWhateverHasTheKeyboard) {
+    driver.show();
+    showGroups(model(), {group("trash", {item("/n/a", 500'000'000)}),
+                         group("cache.npm", {item("/n/b", 700'000'000)})});
+    driver.stage.settle();
+    const auto actOn = [&](QAccessible::Role role, const QString& name, Qt::Key key) {
+        QAccessibleInterface* found = driver.find(role, name);
+        ASSERT_TRUE(found) << name.toStdString();
+        found->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        driver.key(key);
+    };
+    WindowModel& shell = driver.stage.shell;
+    int scrolled = 0;
+    const auto connection = QObject::connect(&driver.stage.cleanup, &CleanupScreen::scrollRequested, &shell,
+                                             [&scrolled] { ++scrolled; });
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        shell.setSelection(QStringLiteral("home"));
+        driver.stage.settle();
+        actOn(QAccessible::Button, text("home.shortcut.reviewCleanup"), key);
+        EXPECT_EQ(shell.selection(), "cleanup") << "a shortcut, by " << key;
+        shell.setSelection(QStringLiteral("cleanup"));
+        driver.stage.settle();
+        actOn(QAccessible::PageTab, text("sidebar.home"), key);
+        EXPECT_EQ(shell.selection(), "home") << "an entry of the sidebar, by " << key;
+        shell.setSelection(QStringLiteral("cleanup"));
+        model().reviewMessage = std::optional<std::string>("One item was put where it belongs.");
+        driver.stage.settle();
+        actOn(QAccessible::Button, text("a11y.dismiss"), key);
+        EXPECT_FALSE(model().reviewMessage->has_value()) << "a button that is a picture, by " << key;
+        scrolled = 0;
+        driver.items("LegendChip").value(0)->forceActiveFocus();
+        driver.key(key);
+        EXPECT_EQ(scrolled, 1) << "an entry of the legend, by " << key;
+    }
+    QObject::disconnect(connection);
 }
 
 } // namespace

@@ -21,6 +21,7 @@ Control {
     activeFocusOnTab: enabled
     Keys.onSpacePressed: toggle()
     Keys.onReturnPressed: toggle()
+    Keys.onEnterPressed: toggle()
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text

@@ -21,6 +21,7 @@ Control {
     activeFocusOnTab: enabled
     Keys.onSpacePressed: act()
     Keys.onReturnPressed: act()
+    Keys.onEnterPressed: act()
     Accessible.role: Accessible.Button
     Accessible.name: title
     Accessible.description: subtitle

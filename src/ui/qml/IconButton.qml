@@ -13,9 +13,10 @@ Control {
 
     implicitWidth: 28
     implicitHeight: 28
-    activeFocusOnTab: enabled && visible
+    activeFocusOnTab: true
     Keys.onSpacePressed: pressed()
     Keys.onReturnPressed: pressed()
+    Keys.onEnterPressed: pressed()
 
     Accessible.role: Accessible.Button
     Accessible.name: name

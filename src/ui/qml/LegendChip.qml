@@ -21,6 +21,7 @@ FocusScope {
     activeFocusOnTab: interactive
     Keys.onSpacePressed: press()
     Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
     Accessible.role: interactive ? Accessible.Button : Accessible.StaticText
     Accessible.name: Strings.of("a11y.segment %1$@ %2$@", title, amount)
     Accessible.focusable: interactive

@@ -44,6 +44,7 @@ FocusScope {
                 activeFocusOnTab: selected
                 Keys.onSpacePressed: choose()
                 Keys.onReturnPressed: choose()
+                Keys.onEnterPressed: choose()
                 Accessible.role: Accessible.PageTab
                 Accessible.name: label.text
                 Accessible.focusable: true

@@ -15,6 +15,7 @@ FocusScope {
     activeFocusOnTab: true
     Keys.onSpacePressed: chosen()
     Keys.onReturnPressed: chosen()
+    Keys.onEnterPressed: chosen()
 
     Accessible.role: Accessible.PageTab
     Accessible.name: label
