@@ -57,13 +57,13 @@ class TryModel(unittest.TestCase):
                           ("huge-chunked", "too long an answer"), ("forever", "too long an answer")):
             with model_server.ModelServer(mode=mode, elsewhere="http://127.0.0.1:1/") as server:
                 result = self.run_at(server.port)
-            self.assertEqual(result.returncode, 2, mode)
+            self.assertEqual(result.returncode, 3, mode)
             self.assertIn(why, result.stdout, mode)
 
     def testAMissingItemIsTold(self):
         with model_server.ModelServer(answers={"others": False}) as server:
             result = self.run_at(server.port)
-        self.assertEqual(result.returncode, 2)
+        self.assertEqual(result.returncode, 3)
         self.assertEqual(result.stdout.count("FAIL no entry with this id"), 10)
 
     def testPortugueseIsAskedForInPortuguese(self):
@@ -75,9 +75,11 @@ class TryModel(unittest.TestCase):
         self.assertIn("português", portuguese)
 
     def testAWrongArgumentIsExplained(self):
-        result = subprocess.run([str(PROGRAM), "--what"], capture_output=True, text=True, timeout=60, check=False)
-        self.assertEqual(result.returncode, 1)
-        self.assertIn("usage: try-model", result.stderr)
+        for words in (["--what"], ["https://127.0.0.1:1"], ["http://127.0.0.1:1", "--portuguese"], [""]):
+            result = subprocess.run([str(PROGRAM), *words], capture_output=True, text=True, timeout=60, check=False)
+            self.assertEqual(result.returncode, 2, words)
+            self.assertIn("usage: try-model", result.stderr, words)
+            self.assertEqual(result.stdout, "", words)
 
 
 if __name__ == "__main__":

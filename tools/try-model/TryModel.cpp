@@ -26,12 +26,14 @@ namespace vesko {
 namespace {
 
 constexpr int noModel = 1;
-constexpr int poorAnswer = 2;
+constexpr int wrongArgument = 2;
+constexpr int poorAnswer = 3;
 
 constexpr const char* usage =
     "usage: try-model [--portuguese] [ADDRESS]\n"
     "Asks the model that Vesko would ask, or the server at ADDRESS (http://127.0.0.1:PORT).\n"
-    "Status 0: all ten items got an answer; 1: there is no model; 2: an answer was missing or wrong.\n";
+    "Status 0: all ten items got an answer; 1: there is no model; 2: a wrong argument;\n"
+    "3: an answer was missing or of no use.\n";
 
 /// Things that a scan finds and no rule knows; names that say much, little, and nothing.
 constexpr std::pair<std::string_view, std::int64_t> paths[] = {
@@ -200,7 +202,7 @@ int run(int argc, char** argv) {
     const std::shared_ptr<LanguageModel> model = modelFor(argc, argv);
     if (!model) {
         std::fputs(usage, stderr);
-        return EXIT_FAILURE;
+        return wrongArgument;
     }
     QtExecutor home;
     QtClock clock;
