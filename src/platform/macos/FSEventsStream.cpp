@@ -1,5 +1,6 @@
 #include "storage/FileEventStream.h"
 
+#include "CoreFoundation.h"
 #include <CoreServices/CoreServices.h>
 #include <atomic>
 #include <cstdlib>
@@ -13,11 +14,6 @@
 /// not deliver in the paths that it tells, so the flags of single events are of no interest.
 namespace vesko {
 namespace {
-
-struct Release {
-    void operator()(const void* object) const noexcept { CFRelease(object); }
-};
-template <class Reference> using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
 struct ReleaseQueue {
     void operator()(dispatch_queue_t queue) const noexcept { dispatch_release(queue); }
@@ -52,12 +48,10 @@ Owned<CFArrayRef> listOf(const std::vector<std::string>& paths) {
     std::vector<const void*> values;
     for (const std::string& path : paths) {
         // A path that is no text can't be watched.
-        CFStringRef string =
-            CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.data()),
-                                    static_cast<CFIndex>(path.size()), kCFStringEncodingUTF8, false);
+        Owned<CFStringRef> string = stringOf(path);
         if (!string) continue;
-        owned.emplace_back(string);
-        values.push_back(string);
+        values.push_back(string.get());
+        owned.push_back(std::move(string));
     }
     return Owned<CFArrayRef>(CFArrayCreate(kCFAllocatorDefault, values.data(),
                                            static_cast<CFIndex>(values.size()), &kCFTypeArrayCallBacks));

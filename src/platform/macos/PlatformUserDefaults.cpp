@@ -1,25 +1,12 @@
 #include "platform/posix/PlatformUserDefaults.h"
 
-#include <CoreFoundation/CoreFoundation.h>
+#include "CoreFoundation.h"
 #include <cmath>
-#include <type_traits>
 
 /// The preferences of the program's identifier (Preferences Programming Topics for Core Foundation). Only
 /// what was synchronized is sure to be kept, so each change is, whatever becomes of this process.
 namespace vesko {
 namespace {
-
-struct Release {
-    void operator()(const void* object) const noexcept { CFRelease(object); }
-};
-template <class Reference> using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
-
-/// Nothing for bytes that are no UTF-8.
-Owned<CFStringRef> stringOf(std::string_view text) {
-    return Owned<CFStringRef>(
-        CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
-                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
-}
 
 /// Nothing for a missing value and for one of another type.
 Owned<CFTypeRef> valueOf(std::string_view key, CFTypeID type) {

@@ -1,20 +1,13 @@
 #include "core/DiskVolumeService.h"
 
-#include <CoreFoundation/CoreFoundation.h>
+#include "CoreFoundation.h"
 #include <limits>
-#include <memory>
 #include <sys/mount.h>
 #include <sys/param.h>
-#include <type_traits>
 #include <vector>
 
 namespace vesko {
 namespace {
-
-struct Release {
-    void operator()(const void* object) const noexcept { CFRelease(object); }
-};
-template <class Reference> using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
 std::int64_t clamped(std::uint64_t bytes) {
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());

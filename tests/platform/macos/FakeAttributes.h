@@ -27,6 +27,8 @@ struct FakeAttributes {
     Question asked;
     std::string answer; ///< copied into the buffer, as much as fits
     int failure = 0;    ///< an errno
+    /// Takes the place of both: fills the buffer, returns 0, or -1 with errno.
+    std::function<int(const char* path, void* buffer, std::size_t size)> answerInstead;
 };
 
 /// The one in force; a test begins with a fresh one.

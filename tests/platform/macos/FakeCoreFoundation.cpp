@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -280,6 +281,8 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* by
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* into, CFErrorRef*) {
     FakeVolume& fake = fakeVolume();
     fake.askedPath = objectOf(url, aLocation).bytes;
+    std::error_code ignored;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(fake.askedPath, ignored))) return 0;
     CFTypeRef value = nullptr;
     if (const auto number = fake.numbers.find(key); number != fake.numbers.end())
         value = makeNumber(number->second);

@@ -22,7 +22,8 @@ CFArrayRef makeList(const std::vector<std::string>& texts);
 std::string bytesOf(CFStringRef text);
 std::vector<std::string> textsOf(CFArrayRef list);
 
-/// What the system says of a volume, by resource key; each answer is made anew. A key that is not here fails.
+/// What the system says of a volume, by resource key; each answer is made anew. A key that is not here fails,
+/// and so does any of a place that is not there.
 struct FakeVolume {
     std::map<CFStringRef, std::int64_t> numbers;
     std::map<CFStringRef, std::string> texts;
