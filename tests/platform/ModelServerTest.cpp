@@ -153,8 +153,8 @@ TEST_F(ModelServerTest, AServerThatHangsIsUnavailableAfterASecond) {
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(availabilityOf(loop, model), ModelAvailability::unavailable);
     const auto took = std::chrono::steady_clock::now() - before;
-    EXPECT_GE(took, 990ms);
-    EXPECT_LT(took, 3s);
+    EXPECT_GE(took, 800ms);
+    EXPECT_LT(took, 10s);
     EXPECT_TRUE(loop.turnUntil([&] { return server.closed() == 1; }));
 }
 

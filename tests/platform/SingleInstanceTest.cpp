@@ -47,7 +47,7 @@ TEST_F(SingleInstanceTest, AFirstOneThatHangsDoesNotHoldTheSecondForLong) {
     QElapsedTimer timer;
     timer.start();
     EXPECT_FALSE(second_.claimOn(bus_.connection()));
-    EXPECT_LT(timer.elapsed(), 2500);
+    EXPECT_LT(timer.elapsed(), 10'000);
 }
 
 TEST_F(SingleInstanceTest, AFirstOneThatCrashedDoesNotBlockTheNext) {
@@ -67,7 +67,7 @@ TEST_F(SingleInstanceTest, WithoutABusOrWithOneThatHangsEveryStartIsTheFirst) {
     QElapsedTimer timer;
     timer.start();
     EXPECT_TRUE(second_.claimOn(connection));
-    EXPECT_LT(timer.elapsed(), 2500);
+    EXPECT_LT(timer.elapsed(), 10'000);
     bus_.resume();
 }
 
